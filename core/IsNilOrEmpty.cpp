@@ -2,6 +2,8 @@
 
 namespace corvane::core {
 
-bool isNilOrEmpty(const std::optional<std::string>& string) { return !string || string->empty(); }
+bool isNilOrEmpty(const std::optional<std::string>& string) {
+    return !string || string->empty();
+}
 
 } // namespace corvane::core
