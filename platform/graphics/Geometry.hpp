@@ -1,0 +1,99 @@
+#pragma once
+
+#include <algorithm>
+#include <string>
+
+namespace ns {
+
+// Plain geometry values in points. A rectangle's origin is its corner of smallest x and y; in
+// an unflipped view that is the lower-left corner.
+struct Point {
+    double x = 0;
+    double y = 0;
+    bool operator==(const Point&) const = default;
+};
+
+struct Size {
+    double width = 0;
+    double height = 0;
+    bool operator==(const Size&) const = default;
+};
+
+// Insets from each edge of a rectangle: top, left, bottom, right.
+struct EdgeInsets {
+    double top = 0;
+    double left = 0;
+    double bottom = 0;
+    double right = 0;
+    bool operator==(const EdgeInsets&) const = default;
+};
+
+struct Rect {
+    Point origin;
+    Size size;
+
+    Rect() = default;
+    Rect(Point origin, Size size) : origin(origin), size(size) {}
+    Rect(double x, double y, double width, double height) : origin{x, y}, size{width, height} {}
+
+    double x() const { return origin.x; }
+    double y() const { return origin.y; }
+    double width() const { return size.width; }
+    double height() const { return size.height; }
+    double minX() const { return origin.x; }
+    double minY() const { return origin.y; }
+    double maxX() const { return origin.x + size.width; }
+    double maxY() const { return origin.y + size.height; }
+    double midX() const { return origin.x + size.width / 2; }
+    double midY() const { return origin.y + size.height / 2; }
+    bool isEmpty() const { return size.width <= 0 || size.height <= 0; }
+
+    // Shrinks by dx on the left and right and dy at the bottom and top (grows for negatives).
+    Rect insetBy(double dx, double dy) const {
+        return {origin.x + dx, origin.y + dy, size.width - 2 * dx, size.height - 2 * dy};
+    }
+    Rect offsetBy(double dx, double dy) const { return {origin.x + dx, origin.y + dy, size.width, size.height}; }
+    // The smallest rectangle holding both; an empty rectangle adds nothing.
+    Rect unionWith(const Rect& other) const {
+        if (isEmpty())
+            return other;
+        if (other.isEmpty())
+            return *this;
+        double x0 = std::min(minX(), other.minX()), y0 = std::min(minY(), other.minY());
+        double x1 = std::max(maxX(), other.maxX()), y1 = std::max(maxY(), other.maxY());
+        return {x0, y0, x1 - x0, y1 - y0};
+    }
+    // The common part; a zero rectangle when they do not overlap.
+    Rect intersection(const Rect& other) const {
+        double x0 = std::max(minX(), other.minX()), y0 = std::max(minY(), other.minY());
+        double x1 = std::min(maxX(), other.maxX()), y1 = std::min(maxY(), other.maxY());
+        if (x1 <= x0 || y1 <= y0)
+            return {};
+        return {x0, y0, x1 - x0, y1 - y0};
+    }
+    bool intersects(const Rect& other) const { return !intersection(other).isEmpty(); }
+    // Half-open: the minimum edges are inside, the maximum edges are not.
+    bool contains(Point point) const {
+        return point.x >= minX() && point.x < maxX() && point.y >= minY() && point.y < maxY();
+    }
+    bool contains(const Rect& other) const {
+        return other.minX() >= minX() && other.maxX() <= maxX() && other.minY() >= minY() && other.maxY() <= maxY();
+    }
+
+    bool operator==(const Rect&) const = default;
+};
+
+// The rectangle inside the insets; top applies to the edge of largest y unless flipped.
+inline Rect insetRect(const Rect& rect, const EdgeInsets& insets, bool flipped = false) {
+    double bottom = flipped ? insets.top : insets.bottom;
+    double top = flipped ? insets.bottom : insets.top;
+    return {rect.x() + insets.left, rect.y() + bottom, rect.width() - insets.left - insets.right,
+            rect.height() - top - bottom};
+}
+
+std::string describe(const Point& point);
+std::string describe(const Size& size);
+std::string describe(const Rect& rect);
+std::string describe(const EdgeInsets& insets);
+
+} // namespace ns
