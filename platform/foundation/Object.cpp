@@ -249,10 +249,9 @@ Value Object::perform(const Selector& selector, const Value& argument) {
 }
 
 bool Object::tryToPerform(const Selector& selector, const Value& argument) {
-    const ActionHandler* handler = actionTable().find(selector);
-    if (!handler)
+    if (!respondsToSelector(selector))
         return false;
-    (*handler)(*this, argument);
+    perform(selector, argument);
     return true;
 }
 

@@ -52,7 +52,9 @@ struct Rect {
     Rect insetBy(double dx, double dy) const {
         return {origin.x + dx, origin.y + dy, size.width - 2 * dx, size.height - 2 * dy};
     }
-    Rect offsetBy(double dx, double dy) const { return {origin.x + dx, origin.y + dy, size.width, size.height}; }
+    Rect offsetBy(double dx, double dy) const {
+        return {origin.x + dx, origin.y + dy, size.width, size.height};
+    }
     // The smallest rectangle holding both; an empty rectangle adds nothing.
     Rect unionWith(const Rect& other) const {
         if (isEmpty())
@@ -77,7 +79,8 @@ struct Rect {
         return point.x >= minX() && point.x < maxX() && point.y >= minY() && point.y < maxY();
     }
     bool contains(const Rect& other) const {
-        return other.minX() >= minX() && other.maxX() <= maxX() && other.minY() >= minY() && other.maxY() <= maxY();
+        return other.minX() >= minX() && other.maxX() <= maxX() && other.minY() >= minY() &&
+               other.maxY() <= maxY();
     }
 
     bool operator==(const Rect&) const = default;
