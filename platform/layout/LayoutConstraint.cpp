@@ -12,9 +12,9 @@ namespace ns {
 LayoutConstraint::LayoutConstraint(const Ref<View>& firstItem, LayoutAttribute firstAttribute,
                                    LayoutRelation relation, const Ref<View>& secondItem,
                                    LayoutAttribute secondAttribute, double multiplier, double constant)
-    : m_firstItem(firstItem), m_secondItem(secondItem), m_firstAttribute(firstAttribute),
-      m_secondAttribute(secondAttribute), m_relation(relation), m_multiplier(multiplier),
-      m_constant(constant) {}
+    : m_firstItem(firstItem), m_secondItem(secondItem), m_hasSecondItem(secondItem != nullptr),
+      m_firstAttribute(firstAttribute), m_secondAttribute(secondAttribute), m_relation(relation),
+      m_multiplier(multiplier), m_constant(constant) {}
 
 Ref<LayoutConstraint> LayoutConstraint::constraintWithItem(const Ref<View>& item, LayoutAttribute attribute,
                                                            LayoutRelation relation, const Ref<View>& toItem,

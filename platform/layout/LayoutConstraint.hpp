@@ -82,6 +82,10 @@ public:
 
     Ref<View> firstItem() const { return m_firstItem.lock(); }
     Ref<View> secondItem() const { return m_secondItem.lock(); }
+    // True once a view the constraint relates has gone away.
+    bool hasExpiredItem() const {
+        return m_firstItem.expired() || (m_hasSecondItem && m_secondItem.expired());
+    }
     LayoutAttribute firstAttribute() const { return m_firstAttribute; }
     LayoutAttribute secondAttribute() const { return m_secondAttribute; }
     LayoutRelation relation() const { return m_relation; }
@@ -108,6 +112,7 @@ public:
 private:
     WeakRef<View> m_firstItem;
     WeakRef<View> m_secondItem;
+    bool m_hasSecondItem;
     LayoutAttribute m_firstAttribute;
     LayoutAttribute m_secondAttribute;
     LayoutRelation m_relation;

@@ -70,6 +70,46 @@ void View::removeConstraints(const std::vector<Ref<LayoutConstraint>>& constrain
         removeConstraint(constraint);
 }
 
+void View::setTranslatesAutoresizingMaskIntoConstraints(bool translates) {
+    m_translatesAutoresizingMask = translates;
+    setNeedsLayout(true);
+}
+
+void View::invalidateIntrinsicContentSize() {
+    setNeedsLayout(true);
+}
+
+LayoutPriority View::contentHuggingPriority(LayoutConstraintOrientation orientation) const {
+    return m_hugging[static_cast<int>(orientation) & 1];
+}
+
+void View::setContentHuggingPriority(LayoutPriority priority, LayoutConstraintOrientation orientation) {
+    m_hugging[static_cast<int>(orientation) & 1] = priority;
+    setNeedsLayout(true);
+}
+
+LayoutPriority View::contentCompressionResistancePriority(LayoutConstraintOrientation orientation) const {
+    return m_compressionResistance[static_cast<int>(orientation) & 1];
+}
+
+void View::setContentCompressionResistancePriority(LayoutPriority priority,
+                                                   LayoutConstraintOrientation orientation) {
+    m_compressionResistance[static_cast<int>(orientation) & 1] = priority;
+    setNeedsLayout(true);
+}
+
+void View::setNeedsLayout(bool needsLayout) {
+    m_needsLayout = needsLayout;
+    if (needsLayout)
+        ++m_layoutRequests;
+}
+
+void View::setNeedsDisplay(bool needsDisplay) {
+    m_needsDisplay = needsDisplay;
+    if (needsDisplay)
+        ++m_displayRequests;
+}
+
 const KeyTable& View::keyTable() const {
     static const KeyTable table(Responder::keyTable(),
                                 {{"hidden", observable(&View::isHidden, &View::setHidden)}});

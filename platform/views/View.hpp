@@ -55,9 +55,27 @@ public:
     void removeConstraint(const Ref<LayoutConstraint>& constraint);
     void removeConstraints(const std::vector<Ref<LayoutConstraint>>& constraints);
     bool translatesAutoresizingMaskIntoConstraints() const { return m_translatesAutoresizingMask; }
-    void setTranslatesAutoresizingMaskIntoConstraints(bool translates) {
-        m_translatesAutoresizingMask = translates;
-    }
+    void setTranslatesAutoresizingMaskIntoConstraints(bool translates);
+
+    // --- Intrinsic size -----------------------------------------------------------------------
+    // The size the content wants; ViewNoIntrinsicMetric along an axis that has none.
+    virtual Size intrinsicContentSize() const { return {ViewNoIntrinsicMetric, ViewNoIntrinsicMetric}; }
+    // Asks the next layout pass to read intrinsicContentSize again.
+    virtual void invalidateIntrinsicContentSize();
+    LayoutPriority contentHuggingPriority(LayoutConstraintOrientation orientation) const;
+    void setContentHuggingPriority(LayoutPriority priority, LayoutConstraintOrientation orientation);
+    LayoutPriority contentCompressionResistancePriority(LayoutConstraintOrientation orientation) const;
+    void setContentCompressionResistancePriority(LayoutPriority priority,
+                                                 LayoutConstraintOrientation orientation);
+
+    // --- Layout and display requests ----------------------------------------------------------
+    bool needsLayout() const { return m_needsLayout; }
+    void setNeedsLayout(bool needsLayout);
+    bool needsDisplay() const { return m_needsDisplay; }
+    void setNeedsDisplay(bool needsDisplay);
+    // How often layout and display were asked for since the view was made (for tests and tools).
+    uint64_t layoutRequestCount() const { return m_layoutRequests; }
+    uint64_t displayRequestCount() const { return m_displayRequests; }
 
     const KeyTable& keyTable() const override;
 
@@ -69,6 +87,12 @@ private:
     bool m_hidden = false;
     bool m_translatesAutoresizingMask = true;
     std::vector<Ref<LayoutConstraint>> m_constraints;
+    LayoutPriority m_hugging[2] = {LayoutPriorityDefaultLow, LayoutPriorityDefaultLow};
+    LayoutPriority m_compressionResistance[2] = {LayoutPriorityDefaultHigh, LayoutPriorityDefaultHigh};
+    bool m_needsLayout = false;
+    bool m_needsDisplay = false;
+    uint64_t m_layoutRequests = 0;
+    uint64_t m_displayRequests = 0;
 };
 
 } // namespace ns
