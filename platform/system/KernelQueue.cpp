@@ -17,7 +17,8 @@ namespace ns {
 
 namespace {
 
-// Every watch asks for the same events: inotify keeps one mask per file per instance.
+// Every watch asks for the same events: inotify keeps one mask per file per instance, and a file
+// may be watched as a subject and as the parent of a watched folder at once.
 constexpr uint32_t WatchMask = IN_MODIFY | IN_ATTRIB | IN_MOVE_SELF | IN_DELETE_SELF | IN_CREATE | IN_DELETE |
                                IN_MOVED_FROM | IN_MOVED_TO;
 
@@ -160,17 +161,43 @@ int KernelQueue::addLocked(const KernelEvent& change) {
     registration.watch = watch;
     registration.snapshot = snapshot;
     appendUnique(m_watches[watch].subjects, descriptor);
-    m_registrations.insert_or_assign(descriptor, std::move(registration));
+    Registration& stored =
+        m_registrations.insert_or_assign(descriptor, std::move(registration)).first->second;
+    if (snapshot.isDirectory()) {
+        attachParentLocked(stored);
+    }
     return 0;
 }
 
-void KernelQueue::detachLocked(int watch, int descriptor) {
+void KernelQueue::attachParentLocked(Registration& registration) {
+    int watch = -1;
+    int parent = ::openat(registration.descriptor, "..", O_PATH | O_DIRECTORY | O_CLOEXEC);
+    if (parent >= 0) { // fails once the folder is removed: then there is nothing left to hear
+        watch = ::inotify_add_watch(m_inotify, procPath(parent).c_str(), WatchMask);
+        ::close(parent);
+    }
+    if (watch == registration.watch) {
+        watch = -1; // the root is its own parent
+    }
+    if (watch == registration.parentWatch) {
+        return;
+    }
+    // The new parent is attached before the old one is let go, so that a parent shared with the
+    // old place keeps its watch and the notifications already queued on it.
+    if (watch >= 0) {
+        appendUnique(m_watches[watch].children, registration.descriptor);
+    }
+    detachLocked(registration.parentWatch, registration.descriptor, true);
+    registration.parentWatch = watch;
+}
+
+void KernelQueue::detachLocked(int watch, int descriptor, bool asChild) {
     auto found = m_watches.find(watch);
     if (found == m_watches.end()) {
         return;
     }
-    erase(found->second.subjects, descriptor);
-    if (found->second.subjects.empty()) {
+    erase(asChild ? found->second.children : found->second.subjects, descriptor);
+    if (found->second.subjects.empty() && found->second.children.empty()) {
         ::inotify_rm_watch(m_inotify, watch);
         m_watches.erase(found);
     }
@@ -185,7 +212,8 @@ void KernelQueue::forget(int descriptor) {
 
 void KernelQueue::removeLocked(int descriptor) {
     Registration* registration = findLocked(descriptor);
-    detachLocked(registration->watch, descriptor);
+    detachLocked(registration->watch, descriptor, false);
+    detachLocked(registration->parentWatch, descriptor, true);
     // Its entry in the ready list goes stale and is skipped, as its serial no longer matches.
     m_registrations.erase(descriptor);
 }
@@ -297,13 +325,28 @@ void KernelQueue::dispatchLocked(const inotify_event& event) {
                 registration->watch = -1;
             }
         }
+        for (int descriptor : found->second.children) {
+            if (Registration* registration = findLocked(descriptor)) {
+                registration->parentWatch = -1;
+            }
+        }
         m_watches.erase(found);
         return;
     }
 
-    for (int descriptor : found->second.subjects) {
+    // Copies: handling a move re-homes parent watches, which changes m_watches.
+    const std::vector<int> subjects = found->second.subjects;
+    const std::vector<int> children = found->second.children;
+    for (int descriptor : subjects) {
         if (Registration* registration = findLocked(descriptor)) {
             noteSelfEventLocked(*registration, event);
+        }
+    }
+    if ((event.mask & IN_ISDIR) && (event.mask & (IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO))) {
+        for (int descriptor : children) {
+            if (Registration* registration = findLocked(descriptor)) {
+                noteFolderLeftLocked(*registration);
+            }
         }
     }
 }
@@ -338,7 +381,18 @@ void KernelQueue::noteSelfEventLocked(Registration& registration, const inotify_
         }
     }
     notes |= refreshLocked(registration);
+    if (event.mask & IN_MOVE_SELF) {
+        if (registration.snapshot.isDirectory()) {
+            attachParentLocked(registration);
+        }
+    }
     noteLocked(registration, notes);
+}
+
+void KernelQueue::noteFolderLeftLocked(Registration& registration) {
+    // A folder leaving this parent may be the registered one being removed, which its own watch
+    // does not report; its link count tells.
+    noteLocked(registration, refreshLocked(registration));
 }
 
 uint32_t KernelQueue::refreshLocked(Registration& registration) {

@@ -37,7 +37,9 @@ namespace ns {
 // The last rule is how deletion is seen at all: the held descriptor keeps the inode alive, so
 // IN_DELETE_SELF does not come while it is open, and an unlink (or a rename over the file) shows
 // up as IN_ATTRIB with no links left. So an unlink reports NOTE_ATTRIB | NOTE_LINK | NOTE_DELETE.
-// A folder removed while held open gets no notification at all, and so reports nothing.
+// A folder removed while held open gets no notification at all; its parent is watched as well
+// (and followed when the folder moves), and a folder leaving the parent prompts a look at the
+// watched folder's link count.
 // Writes to, or attribute changes of, entries inside a watched folder are not changes of the
 // folder and report nothing.
 //
@@ -158,25 +160,30 @@ private:
         void* udata = nullptr;
         uint32_t pending = 0;
         bool queued = false;
-        int watch = -1; // the file's own watch; -1 once the kernel has dropped it
+        int watch = -1;       // the file's own watch; -1 once the kernel has dropped it
+        int parentWatch = -1; // folders only: the parent's watch, to hear the folder being removed
         VnodeSnapshot snapshot;
     };
 
-    // Who listens on one inotify watch: the registrations of the watched file.
+    // Who listens on one inotify watch: registrations of the watched file itself, and registered
+    // folders whose parent it is.
     struct Watch {
         std::vector<int> subjects;
+        std::vector<int> children;
     };
 
     KernelQueue(int inotify, int wake);
 
     int addLocked(const KernelEvent& change);
     void removeLocked(int descriptor);
-    void detachLocked(int watch, int descriptor);
+    void attachParentLocked(Registration& registration);
+    void detachLocked(int watch, int descriptor, bool asChild);
     Registration* findLocked(int descriptor);
 
     void drainLocked();
     void dispatchLocked(const inotify_event& event);
     void noteSelfEventLocked(Registration& registration, const inotify_event& event);
+    void noteFolderLeftLocked(Registration& registration);
     uint32_t refreshLocked(Registration& registration);
     void noteLocked(Registration& registration, uint32_t notes);
     int collectLocked(KernelEvent* events, int capacity);

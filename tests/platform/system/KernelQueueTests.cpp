@@ -194,6 +194,23 @@ TEST_F(KernelQueueTest, FolderEntriesReportWriteAndSubfoldersLink) {
     EXPECT_EQ(notesOf(fd), ns::NOTE_WRITE | ns::NOTE_LINK);
 }
 
+TEST_F(KernelQueueTest, RemovedFolderReportsDelete) {
+    // inotify tells a folder nothing of its removal while it is held open; its parent has to, and
+    // the parent listened to must follow the folder when it moves.
+    for (const char* name : {"stays", "moves", "elsewhere"}) {
+        ASSERT_EQ(::mkdir(path(name).c_str(), 0755), 0);
+    }
+    int stays = watch("stays");
+    int moves = watch("moves");
+    ASSERT_EQ(::rmdir(path("stays").c_str()), 0);
+    EXPECT_EQ(notesOf(stays), ns::NOTE_DELETE | ns::NOTE_LINK);
+
+    ASSERT_EQ(::rename(path("moves").c_str(), path("elsewhere/moves").c_str()), 0);
+    EXPECT_EQ(notesOf(moves), ns::NOTE_RENAME);
+    ASSERT_EQ(::rmdir(path("elsewhere/moves").c_str()), 0);
+    EXPECT_EQ(notesOf(moves), ns::NOTE_DELETE | ns::NOTE_LINK);
+}
+
 // --- registrations -------------------------------------------------------------------------------
 
 TEST_F(KernelQueueTest, ChangesGatherUntilReported) {
