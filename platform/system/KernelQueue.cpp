@@ -160,6 +160,7 @@ int KernelQueue::addLocked(const KernelEvent& change) {
     registration.udata = change.udata;
     registration.watch = watch;
     registration.snapshot = snapshot;
+    registration.place = placeOf(descriptor);
     appendUnique(m_watches[watch].subjects, descriptor);
     Registration& stored =
         m_registrations.insert_or_assign(descriptor, std::move(registration)).first->second;
@@ -283,18 +284,25 @@ void KernelQueue::close() {
     [[maybe_unused]] ssize_t written = ::write(m_wake, &one, sizeof one);
 }
 
+uint64_t KernelQueue::overflowCount() const {
+    std::lock_guard lock(m_mutex);
+    return m_overflows;
+}
+
 std::string KernelQueue::description() const {
     std::lock_guard lock(m_mutex);
     char text[160];
-    std::snprintf(text, sizeof text, "<KernelQueue %d: %zu registrations, %zu watches, %zu ready%s>",
-                  m_inotify, m_registrations.size(), m_watches.size(), m_ready.size(),
-                  m_closed ? ", closed" : "");
+    std::snprintf(text, sizeof text,
+                  "<KernelQueue %d: %zu registrations, %zu watches, %zu ready, %llu overflows%s>", m_inotify,
+                  m_registrations.size(), m_watches.size(), m_ready.size(),
+                  static_cast<unsigned long long>(m_overflows), m_closed ? ", closed" : "");
     return text;
 }
 
 // --- from inotify to pending bits ----------------------------------------------------------------
 
 void KernelQueue::drainLocked() {
+    bool overflowed = false;
     for (int reads = 0; reads < MaxReadsPerDrain; ++reads) {
         ssize_t length = ::read(m_inotify, m_buffer.get(), BufferSize);
         if (length < 0 && errno == EINTR) {
@@ -305,11 +313,19 @@ void KernelQueue::drainLocked() {
         }
         for (ssize_t offset = 0; offset < length;) {
             const auto& event = *reinterpret_cast<const inotify_event*>(m_buffer.get() + offset);
-            if (!(event.mask & IN_Q_OVERFLOW)) {
+            if (event.mask & IN_Q_OVERFLOW) {
+                overflowed = true;
+            } else {
                 dispatchLocked(event);
             }
             offset += static_cast<ssize_t>(sizeof(inotify_event) + event.len);
         }
+    }
+    // Checked after everything readable has been handled, so the snapshots compared are as fresh
+    // as the notifications allow.
+    if (overflowed) {
+        ++m_overflows;
+        recheckAllLocked();
     }
 }
 
@@ -382,6 +398,7 @@ void KernelQueue::noteSelfEventLocked(Registration& registration, const inotify_
     }
     notes |= refreshLocked(registration);
     if (event.mask & IN_MOVE_SELF) {
+        registration.place = placeOf(registration.descriptor);
         if (registration.snapshot.isDirectory()) {
             attachParentLocked(registration);
         }
@@ -401,8 +418,33 @@ uint32_t KernelQueue::refreshLocked(Registration& registration) {
         return 0;
     }
     uint32_t notes = now.countedChanges(registration.snapshot);
+    if (now.linkCount() != registration.snapshot.linkCount()) {
+        // The name that was followed may be the one that went.
+        registration.place = placeOf(registration.descriptor);
+    }
     registration.snapshot = now;
     return notes;
+}
+
+void KernelQueue::recheckAllLocked() {
+    for (auto& [descriptor, registration] : m_registrations) {
+        VnodeSnapshot now = VnodeSnapshot::of(descriptor);
+        if (!now.isValid()) {
+            continue;
+        }
+        Place place = placeOf(descriptor);
+        bool renamed = now.linkCount() > 0 && place != registration.place;
+        uint32_t notes = now.inferredChanges(registration.snapshot, renamed);
+        if (renamed) {
+            notes |= NOTE_RENAME;
+        }
+        registration.snapshot = now;
+        registration.place = std::move(place);
+        if (renamed && now.isDirectory()) {
+            attachParentLocked(registration);
+        }
+        noteLocked(registration, notes);
+    }
 }
 
 void KernelQueue::noteLocked(Registration& registration, uint32_t notes) {
@@ -446,6 +488,28 @@ int KernelQueue::collectLocked(KernelEvent* events, int capacity) {
         }
     }
     return count;
+}
+
+KernelQueue::Place KernelQueue::placeOf(int descriptor) {
+    Place place;
+    char target[PATH_MAX];
+    ssize_t length = ::readlink(procPath(descriptor).c_str(), target, sizeof target - 1);
+    if (length <= 0) {
+        return place;
+    }
+    std::string path(target, static_cast<size_t>(length));
+    size_t slash = path.rfind('/');
+    if (slash == std::string::npos) {
+        return place; // not a path (an anonymous file)
+    }
+    place.name = path.substr(slash + 1);
+    std::string folder = slash == 0 ? "/" : path.substr(0, slash);
+    struct stat status {};
+    if (::stat(folder.c_str(), &status) == 0) {
+        place.folderDevice = status.st_dev;
+        place.folderInode = status.st_ino;
+    }
+    return place;
 }
 
 } // namespace ns

@@ -46,8 +46,11 @@ namespace ns {
 // Several descriptors on one file share its inotify watch and each hears every change; the
 // watch goes with the last of them. The inotify queue drops notifications past its limit
 // (fs.inotify.max_queued_events), while a BSD queue never loses a change, it only merges them.
-// So every wait drains inotify completely into per-registration pending bits, which keeps its
-// queue from filling while someone waits.
+// So every wait drains inotify completely into per-registration pending bits, and after an
+// overflow every registration is compared with the status it had when last seen: size and
+// modification time -> NOTE_WRITE (NOTE_EXTEND for growth), link count -> NOTE_LINK and
+// NOTE_DELETE as above, mode, owner or an otherwise unexplained status change -> NOTE_ATTRIB,
+// another name or folder -> NOTE_RENAME. An unmount during an overflow goes unreported.
 //
 // Needs /proc: watches are placed through /proc/self/fd so they land on the very file that was
 // opened, whatever has happened to its path since.
@@ -148,9 +151,21 @@ public:
     // Ends the queue: registrations go, waiters wake and return -1 with EBADF.
     void close();
 
+    // How many times inotify dropped events and the registrations had to be checked one by one.
+    uint64_t overflowCount() const;
+
     std::string description() const;
 
 private:
+    // Where a file sits: the folder holding it and its name there. A change here without a rename
+    // notification means the notification was lost.
+    struct Place {
+        std::string name;
+        dev_t folderDevice = 0;
+        ino_t folderInode = 0;
+        bool operator==(const Place&) const = default;
+    };
+
     struct Registration {
         int descriptor = -1;
         uint64_t serial = 0; // tells a registration from an earlier one on a reused descriptor number
@@ -163,6 +178,7 @@ private:
         int watch = -1;       // the file's own watch; -1 once the kernel has dropped it
         int parentWatch = -1; // folders only: the parent's watch, to hear the folder being removed
         VnodeSnapshot snapshot;
+        Place place;
     };
 
     // Who listens on one inotify watch: registrations of the watched file itself, and registered
@@ -185,14 +201,18 @@ private:
     void noteSelfEventLocked(Registration& registration, const inotify_event& event);
     void noteFolderLeftLocked(Registration& registration);
     uint32_t refreshLocked(Registration& registration);
+    void recheckAllLocked();
     void noteLocked(Registration& registration, uint32_t notes);
     int collectLocked(KernelEvent* events, int capacity);
+
+    static Place placeOf(int descriptor);
 
     const int m_inotify;
     const int m_wake;
     mutable std::mutex m_mutex;
     bool m_closed = false;
     uint64_t m_nextSerial = 1;
+    uint64_t m_overflows = 0;
     std::unordered_map<int, Registration> m_registrations;
     std::unordered_map<int, Watch> m_watches;
     std::deque<std::pair<int, uint64_t>> m_ready; // (descriptor, serial) in the order they became ready

@@ -7,7 +7,8 @@
 namespace ns {
 
 // The facts about a watched file that tell one state of it from the next. A queue keeps one per
-// registration, to grade a notification: did the size grow? did the link count move?
+// registration, to grade a notification (did the size grow? did the link count move?) and to work
+// out which changes happened when their notifications were lost.
 class VnodeSnapshot {
 public:
     VnodeSnapshot() = default;
@@ -25,6 +26,14 @@ public:
     // that reached 0 means the file is gone. A folder's size says nothing and is not compared.
     // 0 when either snapshot is invalid.
     uint32_t countedChanges(const VnodeSnapshot& before) const;
+
+    // Everything that comparing with `before` can tell, timestamps and ownership included, for when
+    // the notifications themselves were lost: size or modification time -> NOTE_WRITE (and
+    // NOTE_EXTEND for growth), link count -> NOTE_LINK (and NOTE_DELETE at 0), mode or owner, or a
+    // status change that nothing else explains -> NOTE_ATTRIB. Renames cannot be seen here; pass
+    // `renamed` when the caller saw one, as it explains a status change too.
+    // 0 when either snapshot is invalid.
+    uint32_t inferredChanges(const VnodeSnapshot& before, bool renamed) const;
 
 private:
     bool m_valid = false;

@@ -1,5 +1,7 @@
 #include "platform/system/KernelQueue.hpp"
 
+#include "platform/system/DescriptorTable.hpp"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -9,8 +11,10 @@
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <map>
 #include <string>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -23,6 +27,13 @@ namespace {
 constexpr uint32_t AllNotes = 0x7F;
 constexpr uint16_t WatcherFlags = ns::EV_ADD | ns::EV_ENABLE | ns::EV_CLEAR;
 constexpr uint32_t Grown = ns::NOTE_WRITE | ns::NOTE_EXTEND;
+
+long maxQueuedEvents() {
+    std::ifstream limit("/proc/sys/fs/inotify/max_queued_events");
+    long value = 16384;
+    limit >> value;
+    return value;
+}
 
 // Each test gets a queue and a temporary folder of real files, both gone afterwards.
 class KernelQueueTest : public ::testing::Test {
@@ -118,6 +129,8 @@ protected:
         EXPECT_EQ(reported[fd].first, 1) << "events for descriptor " << fd;
         return reported[fd].second;
     }
+
+    uint64_t overflows() { return ns::DescriptorTable::shared().queue(m_kq)->overflowCount(); }
 
     std::string m_folder;
     int m_kq = -1;
@@ -455,6 +468,118 @@ TEST_F(KernelQueueTest, ClosingTheQueueWakesItsWaiter) {
     EXPECT_EQ(result, -1);
     EXPECT_EQ(error, EBADF);
     m_kq = -1;
+}
+
+// --- many files and lost notifications -----------------------------------------------------------
+
+class KernelQueueLoadTest : public KernelQueueTest {
+protected:
+    static constexpr int Files = 1000;
+
+    void SetUp() override {
+        // A watched descriptor and a writing one per file, beside what the test program holds.
+        rlimit limit{};
+        ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+        limit.rlim_cur = std::max<rlim_t>(limit.rlim_cur, std::min<rlim_t>(limit.rlim_max, 2 * Files + 100));
+        if (::setrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur < 2 * Files + 100) {
+            GTEST_SKIP() << "descriptor limit too low for " << Files << " files";
+        }
+        KernelQueueTest::SetUp();
+        for (int i = 0; i < Files; ++i) {
+            m_writers.push_back(::open(path(std::to_string(i)).c_str(), O_WRONLY | O_CREAT | O_APPEND, 0644));
+            ASSERT_GE(m_writers.back(), 0) << std::strerror(errno);
+            watch(std::to_string(i));
+        }
+    }
+
+    void TearDown() override {
+        for (int fd : m_writers) {
+            ::close(fd);
+        }
+        KernelQueueTest::TearDown();
+    }
+
+    // One byte more for files [from, to), `rounds` times over, file after file so that inotify
+    // cannot merge the notifications.
+    void append(int from, int to, long rounds = 1) {
+        for (long round = 0; round < rounds; ++round) {
+            for (int i = from; i < to; ++i) {
+                ASSERT_EQ(::write(m_writers[i], "y", 1), 1);
+            }
+        }
+    }
+
+    void expectEveryFileGrownOnce() {
+        auto reported = tally();
+        EXPECT_EQ(reported.size(), static_cast<size_t>(Files));
+        for (int fd : m_open) {
+            EXPECT_EQ(reported[fd], std::make_pair(1, Grown)) << "descriptor " << fd;
+        }
+    }
+
+    std::vector<int> m_writers;
+};
+
+TEST_F(KernelQueueLoadTest, EveryFileReportedOncePerGathering) {
+    append(0, Files, 3);
+    expectEveryFileGrownOnce();
+    EXPECT_EQ(overflows(), 0u);
+    append(0, Files);
+    expectEveryFileGrownOnce();
+}
+
+TEST_F(KernelQueueLoadTest, OverflowLosesNoFile) {
+    // The first half fills inotify's queue, so the second half's notifications are all dropped
+    // and only checking each file can find those changes.
+    append(0, Files / 2, maxQueuedEvents() / (Files / 2) + 1);
+    append(Files / 2, Files);
+    expectEveryFileGrownOnce();
+    EXPECT_GE(overflows(), 1u);
+    // Afterwards every registration is up to date: one more change each, one event each.
+    append(0, Files);
+    expectEveryFileGrownOnce();
+}
+
+TEST_F(KernelQueueTest, OverflowStillReportsEachKindOfChange) {
+    for (const char* name : {"filler1", "filler2", "grown", "rewritten", "chmodded", "renamed", "unlinked"}) {
+        write(name, "abc");
+    }
+    ASSERT_EQ(::mkdir(path("d").c_str(), 0755), 0);
+    ASSERT_EQ(::mkdir(path("gone").c_str(), 0755), 0);
+    std::map<std::string, int> fds;
+    for (const char* name : {"grown", "rewritten", "chmodded", "renamed", "unlinked", "d", "gone"}) {
+        fds[name] = watch(name);
+    }
+    watch("filler1", ns::NOTE_DELETE);
+    watch("filler2", ns::NOTE_DELETE);
+
+    // Fill inotify's queue; alternating files keeps it from merging the notifications.
+    int filler[2] = {::open(path("filler1").c_str(), O_WRONLY), ::open(path("filler2").c_str(), O_WRONLY)};
+    for (long i = 0; i <= maxQueuedEvents(); ++i) {
+        ASSERT_EQ(::pwrite(filler[i % 2], "z", 1, 0), 1);
+    }
+    ::close(filler[0]);
+    ::close(filler[1]);
+
+    // Every notification from here on is dropped.
+    write("grown", "more");
+    overwrite("rewritten");
+    ASSERT_EQ(::chmod(path("chmodded").c_str(), 0600), 0);
+    ASSERT_EQ(::rename(path("renamed").c_str(), path("d/renamed").c_str()), 0);
+    ASSERT_EQ(::unlink(path("unlinked").c_str()), 0);
+    ASSERT_EQ(::mkdir(path("d/sub").c_str(), 0755), 0);
+    ASSERT_EQ(::rmdir(path("gone").c_str()), 0);
+
+    auto reported = tally();
+    EXPECT_GE(overflows(), 1u);
+    EXPECT_EQ(reported.size(), 7u);
+    EXPECT_EQ(reported[fds["grown"]].second, Grown);
+    EXPECT_EQ(reported[fds["rewritten"]].second, ns::NOTE_WRITE);
+    EXPECT_EQ(reported[fds["chmodded"]].second, ns::NOTE_ATTRIB);
+    EXPECT_EQ(reported[fds["renamed"]].second, ns::NOTE_RENAME);
+    EXPECT_EQ(reported[fds["unlinked"]].second, ns::NOTE_LINK | ns::NOTE_DELETE);
+    EXPECT_EQ(reported[fds["d"]].second, ns::NOTE_WRITE | ns::NOTE_LINK);
+    EXPECT_EQ(reported[fds["gone"]].second, ns::NOTE_LINK | ns::NOTE_DELETE);
 }
 
 } // namespace
