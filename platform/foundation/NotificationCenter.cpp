@@ -12,8 +12,6 @@ struct NotificationCenter::Registration {
     WeakRef<const Object> objectRef;
     bool objectTracked = false;
     NotificationCallback callback;
-    // For selector registrations: who receives, so removeObserver(observer) can find them.
-    const Object* observer = nullptr;
     std::atomic<bool> removed{false};
 };
 
@@ -33,9 +31,10 @@ NotificationObserverToken NotificationCenter::add(RegistrationPtr registration) 
     return registration->token;
 }
 
-NotificationCenter::RegistrationPtr NotificationCenter::makeRegistration(std::string_view name,
-                                                                         const Object* object,
-                                                                         NotificationCallback callback) {
+NotificationObserverToken NotificationCenter::addObserver(std::string_view name, const Object* object,
+                                                          NotificationCallback callback) {
+    if (!callback)
+        return 0;
     auto registration = std::make_shared<Registration>();
     registration->name = std::string(name);
     registration->object = object;
@@ -44,32 +43,6 @@ NotificationCenter::RegistrationPtr NotificationCenter::makeRegistration(std::st
         registration->objectTracked = !registration->objectRef.expired();
     }
     registration->callback = std::move(callback);
-    return registration;
-}
-
-NotificationObserverToken NotificationCenter::addObserver(std::string_view name, const Object* object,
-                                                          NotificationCallback callback) {
-    if (!callback)
-        return 0;
-    return add(makeRegistration(name, object, std::move(callback)));
-}
-
-NotificationObserverToken NotificationCenter::addObserver(Object& observer, const Selector& selector,
-                                                          std::string_view name, const Object* object) {
-    WeakRef<Object> weak = observer.weak_from_this();
-    bool tracked = !weak.expired();
-    Object* raw = &observer;
-    auto registration = makeRegistration(name, object, [weak, tracked, raw, selector](const Notification& n) {
-        Ref<Object> keepAlive = weak.lock();
-        if (tracked && !keepAlive)
-            return;
-        auto shared = std::const_pointer_cast<Notification>(
-            std::static_pointer_cast<const Notification>(n.weak_from_this().lock()));
-        if (!shared)
-            shared = Notification::make(n.name(), n.object(), n.userInfo());
-        raw->perform(selector, Value(shared));
-    });
-    registration->observer = raw;
     return add(std::move(registration));
 }
 
@@ -83,16 +56,6 @@ bool NotificationCenter::removeObserver(NotificationObserverToken token) {
     (*found)->removed = true;
     m_registrations.erase(found);
     return true;
-}
-
-void NotificationCenter::removeObserver(const Object& observer) {
-    std::lock_guard lock(m_mutex);
-    std::erase_if(m_registrations, [&](const RegistrationPtr& registration) {
-        if (registration->observer != &observer)
-            return false;
-        registration->removed = true;
-        return true;
-    });
 }
 
 bool NotificationCenter::matches(const Registration& registration, const Notification& notification) {

@@ -41,15 +41,9 @@ public:
                                           NotificationCallback callback) {
         return addObserver(name, object.get(), std::move(callback));
     }
-    // Performs `selector` on `observer` with the notification as argument. The observer is not
-    // retained; a shared-owned observer that has died is skipped.
-    NotificationObserverToken addObserver(Object& observer, const Selector& selector, std::string_view name,
-                                          const Object* object);
 
     // Removes one registration; unknown tokens (and 0) are ignored. Returns whether it removed.
     bool removeObserver(NotificationObserverToken token);
-    // Removes every registration made with addObserver(observer, selector, ...).
-    void removeObserver(const Object& observer);
 
     void post(const Ref<Notification>& notification);
     void post(std::string_view name, const Ref<Object>& object = nullptr, Dictionary userInfo = {});
@@ -61,8 +55,6 @@ private:
     struct Registration;
     using RegistrationPtr = std::shared_ptr<Registration>;
 
-    static RegistrationPtr makeRegistration(std::string_view name, const Object* object,
-                                            NotificationCallback callback);
     NotificationObserverToken add(RegistrationPtr registration);
     static bool matches(const Registration& registration, const Notification& notification);
 
