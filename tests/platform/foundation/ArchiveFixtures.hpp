@@ -10,27 +10,29 @@ namespace fixtures {
 
 using namespace ns;
 
-// An archivable object with a field of every kind the coder handles.
+// Makes a CodingClass whose factory makes a T and lets it decode itself.
+template <class T>
+CodingClass codingClassFor(std::string name, std::vector<std::string> superclasses, bool secure) {
+    return {std::move(name), std::move(superclasses), secure, [](KeyedUnarchiver& coder) -> Ref<Object> {
+                auto object = create<T>();
+                object->decode(coder);
+                return object;
+            }};
+}
+
+// An archivable object with a field of each kind the coder handles.
 class Person : public Object, public Coding {
 public:
     std::string name;
     int64_t age = 0;
-    double height = 0;
-    float score = 0;
-    bool active = false;
-    std::optional<std::string> nickname; // optional: not written when absent
+    std::optional<std::string> nickname; // not written when absent
     Value buddy;                         // any object; decoded as a Person
-    Array tags;
-    Dictionary extra;
+    Array tags;                          // values and Persons
     Ref<Data> photo;
-    int64_t dollar = 0; // stored under "$weird"
+    int64_t dollar = 0; // under the key "$weird"
 
     static const CodingClass& codingClass() {
-        static const CodingClass cls{"Person", {}, true, [](KeyedUnarchiver& coder) -> Ref<Object> {
-                                         auto person = create<Person>();
-                                         person->decode(coder);
-                                         return person;
-                                     }};
+        static const CodingClass cls = codingClassFor<Person>("Person", {}, true);
         return cls;
     }
     const CodingClass& classForCoder() const override { return codingClass(); }
@@ -38,54 +40,42 @@ public:
     void encodeWithCoder(KeyedArchiver& coder) const override {
         coder.encodeObject(name, "name");
         coder.encodeInteger(age, "age");
-        coder.encodeDouble(height, "height");
-        coder.encodeFloat(score, "score");
-        coder.encodeBool(active, "active");
         if (nickname)
             coder.encodeObject(*nickname, "nickname");
         coder.encodeObject(buddy, "buddy");
         coder.encodeObject(tags, "tags");
-        coder.encodeObject(extra, "extra");
         coder.encodeObject(photo, "photo");
         coder.encodeInteger(dollar, "$weird");
     }
-
     void decode(KeyedUnarchiver& coder) {
         name = coder.decodeObjectForKey("name").stringValue();
         age = coder.decodeIntegerForKey("age");
-        height = coder.decodeDoubleForKey("height");
-        score = coder.decodeFloatForKey("score");
-        active = coder.decodeBoolForKey("active");
         if (coder.containsValueForKey("nickname"))
             nickname = coder.decodeObjectForKey("nickname").stringValue();
         buddy = coder.decodeObjectOfClass<Person>("buddy");
         tags = coder.decodeObjectOfClasses({classOf<Person>()}, "tags").array();
-        extra = coder.decodeObjectForKey("extra").dictionary();
         photo = coder.decodeObjectForKey("photo").objectAs<Data>();
         dollar = coder.decodeIntegerForKey("$weird");
     }
 };
 
-// Archived after its base's keys, as a subclass does.
+// Archives its base's keys first, as a subclass does.
 class Employee : public Person {
 public:
     std::string company;
 
     static const CodingClass& codingClass() {
-        static const CodingClass cls{"Employee", {"Person"}, true, [](KeyedUnarchiver& coder) -> Ref<Object> {
-                                         auto employee = create<Employee>();
-                                         employee->decode(coder);
-                                         employee->company =
-                                             coder.decodeObjectForKey("company").stringValue();
-                                         return employee;
-                                     }};
+        static const CodingClass cls = codingClassFor<Employee>("Employee", {"Person"}, true);
         return cls;
     }
     const CodingClass& classForCoder() const override { return codingClass(); }
-
     void encodeWithCoder(KeyedArchiver& coder) const override {
         Person::encodeWithCoder(coder);
         coder.encodeObject(company, "company");
+    }
+    void decode(KeyedUnarchiver& coder) {
+        Person::decode(coder);
+        company = coder.decodeObjectForKey("company").stringValue();
     }
 };
 
@@ -95,15 +85,12 @@ public:
     std::string species;
 
     static const CodingClass& codingClass() {
-        static const CodingClass cls{"Pet", {}, false, [](KeyedUnarchiver& coder) -> Ref<Object> {
-                                         auto pet = create<Pet>();
-                                         pet->species = coder.decodeObjectForKey("species").stringValue();
-                                         return pet;
-                                     }};
+        static const CodingClass cls = codingClassFor<Pet>("Pet", {}, false);
         return cls;
     }
     const CodingClass& classForCoder() const override { return codingClass(); }
     void encodeWithCoder(KeyedArchiver& coder) const override { coder.encodeObject(species, "species"); }
+    void decode(KeyedUnarchiver& coder) { species = coder.decodeObjectForKey("species").stringValue(); }
 };
 
 inline Ref<Person> person(std::string name) {

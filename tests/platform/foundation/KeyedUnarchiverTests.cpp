@@ -12,13 +12,11 @@ using namespace fixtures;
 
 namespace {
 
-// Builds an archive by hand: `objects` become $objects after the "$null" entry (so the first one
-// is UID 1), and the top holds {"root": UID rootUid}.
+// An archive made by hand: `objects` follow "$null" (the first is UID 1); the top is {"root": rootUid}.
 Ref<Data> craft(std::vector<plist_t> objects, uint64_t rootUid = 1,
                 const char* archiver = "NSKeyedArchiver") {
     PlistNode archive(plist_new_dict());
     plist_dict_set_item(archive.get(), "$archiver", plist_new_string(archiver));
-    plist_dict_set_item(archive.get(), "$version", plist_new_uint(100000));
     plist_t top = plist_new_dict();
     plist_dict_set_item(top, "root", plist_new_uid(rootUid));
     plist_dict_set_item(archive.get(), "$top", top);
@@ -33,14 +31,10 @@ Ref<Data> craft(std::vector<plist_t> objects, uint64_t rootUid = 1,
 plist_t classEntry(const char* name) {
     plist_t entry = plist_new_dict();
     plist_dict_set_item(entry, "$classname", plist_new_string(name));
-    plist_t classes = plist_new_array();
-    plist_array_append_item(classes, plist_new_string(name));
-    plist_array_append_item(classes, plist_new_string("NSObject"));
-    plist_dict_set_item(entry, "$classes", classes);
     return entry;
 }
 
-plist_t uids(std::initializer_list<uint64_t> values) {
+plist_t uids(std::vector<uint64_t> values) {
     plist_t array = plist_new_array();
     for (uint64_t value : values)
         plist_array_append_item(array, plist_new_uid(value));
@@ -55,13 +49,11 @@ plist_t entry(uint64_t classUid, std::initializer_list<std::pair<const char*, pl
     return dict;
 }
 
-// Unarchives without secure coding and expects nil with an error.
 void expectRefused(const Ref<Data>& data, const char* why) {
     Ref<Error> error;
     Value root = KeyedUnarchiver::unarchiveObjectWithData(*data, &error);
     EXPECT_TRUE(root.isNil()) << why << ": " << root.description();
-    ASSERT_TRUE(error) << why;
-    EXPECT_EQ(error->domain(), CocoaErrorDomain);
+    EXPECT_TRUE(error) << why;
 }
 
 } // namespace
@@ -70,12 +62,9 @@ TEST(KeyedUnarchiver, RoundTripsAnObjectGraph) {
     auto ada = create<Employee>();
     ada->name = "Ada";
     ada->age = -36;
-    ada->height = 1.65;
-    ada->score = 0.1f;
-    ada->active = true;
     ada->company = "Analytical";
-    ada->tags = {Value("x"), Value(7), Value(true), Value(Null{}), Value(Array{Value("inner")})};
-    ada->extra = {{"$dollar", "kept as is"}, {"n", 2.5}};
+    ada->tags = {Value("x"), Value(2.5), Value(true), Value(Null{}),
+                 Value(Dictionary{{"$dollar", "kept"}, {"list", Array{Value("inner")}}})};
     ada->photo = Data::fromString("PNG...");
     ada->dollar = 99;
     auto babbage = person("Babbage");
@@ -83,33 +72,23 @@ TEST(KeyedUnarchiver, RoundTripsAnObjectGraph) {
     ada->buddy = babbage;
 
     Ref<Error> error;
-    Ref<Data> data = KeyedArchiver::archivedDataWithRootObject(ada, true, &error);
-    ASSERT_TRUE(data);
-    Ref<Employee> back = KeyedUnarchiver::unarchivedObjectOfClass<Employee>(*data, &error);
-    ASSERT_TRUE(back) << (error ? error->description() : "");
+    auto back = KeyedUnarchiver::unarchivedObjectOfClass<Employee>(
+        *KeyedArchiver::archivedDataWithRootObject(ada, true), &error);
+    ASSERT_TRUE(back);
     EXPECT_FALSE(error);
-    EXPECT_NE(back, ada);
     EXPECT_EQ(back->name, "Ada");
     EXPECT_EQ(back->age, -36);
-    EXPECT_DOUBLE_EQ(back->height, 1.65);
-    EXPECT_FLOAT_EQ(back->score, 0.1f);
-    EXPECT_TRUE(back->active);
     EXPECT_EQ(back->company, "Analytical");
     ASSERT_EQ(back->tags.size(), ada->tags.size());
     EXPECT_EQ(Value(back->tags), Value(ada->tags));
     EXPECT_EQ(back->tags[3].kind(), Value::Kind::Null);
-    EXPECT_EQ(Value(back->extra), Value(ada->extra));
     ASSERT_TRUE(back->photo);
     EXPECT_TRUE(back->photo->isEqual(*ada->photo));
     EXPECT_EQ(back->dollar, 99);
-
-    // The optional key was not written for Ada: it decodes to its default.
-    EXPECT_FALSE(back->nickname);
+    EXPECT_FALSE(back->nickname) << "a key never written decodes to its default";
     auto buddy = back->buddy.objectAs<Person>();
     ASSERT_TRUE(buddy);
-    EXPECT_EQ(buddy->name, "Babbage");
     EXPECT_EQ(buddy->nickname, "Charles");
-    EXPECT_TRUE(buddy->buddy.isNil());
 }
 
 TEST(KeyedUnarchiver, ASharedObjectComesBackAsOneObject) {
@@ -117,42 +96,31 @@ TEST(KeyedUnarchiver, ASharedObjectComesBackAsOneObject) {
     auto owner = person("Owner");
     owner->buddy = shared;
     owner->tags = {Value(shared), Value(shared)};
-    auto archiver = KeyedArchiver::make();
-    archiver->encodeObject(owner, "root");
-    archiver->encodeObject(shared, "again");
-    auto unarchiver = KeyedUnarchiver::make(*archiver->encodedData());
-    ASSERT_TRUE(unarchiver);
-    auto back = unarchiver->decodeObjectOfClass<Person>("root");
+    auto back = KeyedUnarchiver::unarchivedObjectOfClass<Person>(
+        *KeyedArchiver::archivedDataWithRootObject(owner, true));
     ASSERT_TRUE(back);
     auto buddy = back->buddy.objectAs<Person>();
     ASSERT_TRUE(buddy);
     ASSERT_EQ(back->tags.size(), 2u);
     EXPECT_EQ(back->tags[0].object(), buddy);
     EXPECT_EQ(back->tags[1].object(), buddy);
-    EXPECT_EQ(unarchiver->decodeObjectOfClass<Person>("again"), buddy);
 }
 
-TEST(KeyedUnarchiver, ScalarKeysDefaultWhenAbsentAndConvertBetweenKinds) {
+TEST(KeyedUnarchiver, ScalarsDefaultWhenAbsentAndConvertBetweenKinds) {
     auto archiver = KeyedArchiver::make();
     archiver->encodeBool(true, "flag");
     archiver->encodeInteger(-5, "int");
-    archiver->encodeDouble(2.75, "double");
+    archiver->encodeFloat(2.75f, "float");
     archiver->encodeObject("text", "string");
     auto unarchiver = KeyedUnarchiver::make(*archiver->encodedData());
     ASSERT_TRUE(unarchiver);
-
     EXPECT_FALSE(unarchiver->containsValueForKey("missing"));
     EXPECT_FALSE(unarchiver->decodeBoolForKey("missing"));
-    EXPECT_EQ(unarchiver->decodeIntegerForKey("missing"), 0);
-    EXPECT_EQ(unarchiver->decodeDoubleForKey("missing"), 0.0);
     EXPECT_TRUE(unarchiver->decodeObjectForKey("missing").isNil());
-
     EXPECT_EQ(unarchiver->decodeIntegerForKey("flag"), 1);
     EXPECT_EQ(unarchiver->decodeDoubleForKey("int"), -5.0);
-    EXPECT_TRUE(unarchiver->decodeBoolForKey("int"));
-    EXPECT_EQ(unarchiver->decodeIntegerForKey("double"), 2);
-    EXPECT_FLOAT_EQ(unarchiver->decodeFloatForKey("double"), 2.75f);
-    // An object where a scalar is asked for, and the other way round.
+    EXPECT_FLOAT_EQ(unarchiver->decodeFloatForKey("float"), 2.75f);
+    EXPECT_EQ(unarchiver->decodeIntegerForKey("float"), 2);
     EXPECT_EQ(unarchiver->decodeIntegerForKey("string"), 0);
     EXPECT_FALSE(unarchiver->error());
     LogCapture log;
@@ -160,15 +128,11 @@ TEST(KeyedUnarchiver, ScalarKeysDefaultWhenAbsentAndConvertBetweenKinds) {
     EXPECT_TRUE(unarchiver->error());
 }
 
-TEST(KeyedUnarchiver, SecureCodingRefusesClassesNotAllowed) {
-    auto ada = create<Employee>();
-    ada->name = "Ada";
-    Ref<Data> data = KeyedArchiver::archivedDataWithRootObject(ada, true);
-    ASSERT_TRUE(data);
-
-    // A subclass of an allowed class is allowed.
+TEST(KeyedUnarchiver, SecureCodingAllowsOnlyNamedClassesThatSupportIt) {
+    Ref<Data> data = KeyedArchiver::archivedDataWithRootObject(create<Employee>(), true);
     Ref<Error> error;
-    EXPECT_TRUE(KeyedUnarchiver::unarchivedObjectOfClass<Person>(*data, &error));
+    EXPECT_TRUE(KeyedUnarchiver::unarchivedObjectOfClass<Person>(*data, &error))
+        << "a subclass of an allowed class";
     EXPECT_TRUE(
         KeyedUnarchiver::unarchivedObjectOfClass(classOf<Person>(), *data, &error).objectAs<Employee>());
     EXPECT_FALSE(error);
@@ -179,100 +143,68 @@ TEST(KeyedUnarchiver, SecureCodingRefusesClassesNotAllowed) {
     EXPECT_EQ(error->code(), CoderReadCorruptError);
     EXPECT_TRUE(log.contains("Employee"));
 
-    // decodeObjectForKey names no classes, so no object class is allowed under secure coding.
+    // decodeObjectForKey names no classes, so under secure coding no object class is allowed.
     auto unarchiver = KeyedUnarchiver::make(*data);
-    ASSERT_TRUE(unarchiver);
     EXPECT_TRUE(unarchiver->decodeObjectForKey("root").isNil());
     EXPECT_TRUE(unarchiver->error());
-    unarchiver = KeyedUnarchiver::make(*data);
-    unarchiver->setRequiresSecureCoding(false);
-    EXPECT_TRUE(unarchiver->decodeObjectForKey("root").objectAs<Employee>());
-    EXPECT_FALSE(unarchiver->error());
-}
 
-TEST(KeyedUnarchiver, SecureCodingRefusesClassesThatDoNotSupportIt) {
     auto pet = create<Pet>();
     pet->species = "cat";
-    Ref<Data> data = KeyedArchiver::archivedDataWithRootObject(pet, false);
-    ASSERT_TRUE(data);
-    LogCapture log;
-    Ref<Error> error;
+    data = KeyedArchiver::archivedDataWithRootObject(pet, false);
+    error.reset();
     EXPECT_FALSE(KeyedUnarchiver::unarchivedObjectOfClass<Pet>(*data, &error));
     EXPECT_TRUE(error);
-    EXPECT_TRUE(log.contains("secure coding"));
-
+    EXPECT_TRUE(log.contains("does not support secure coding"));
     error.reset();
     auto back = KeyedUnarchiver::unarchiveObjectWithData(*data, &error).objectAs<Pet>();
     ASSERT_TRUE(back);
     EXPECT_EQ(back->species, "cat");
     EXPECT_FALSE(error);
-}
 
-TEST(KeyedUnarchiver, ARefusedNestedObjectIsNilAndFailsTheWholeUnarchiving) {
+    // A refused nested object is nil, and fails the unarchiving as a whole.
     auto owner = person("Owner");
-    owner->buddy = create<Pet>(); // decoded as a Person: wrong class
-    owner->age = 40;
-    Ref<Data> data = KeyedArchiver::archivedDataWithRootObject(owner, false);
-    ASSERT_TRUE(data);
-    LogCapture log;
-
-    auto unarchiver = KeyedUnarchiver::make(*data);
-    auto back = unarchiver->decodeObjectOfClass<Person>("root");
-    ASSERT_TRUE(back);
-    EXPECT_EQ(back->age, 40);
-    EXPECT_TRUE(back->buddy.isNil());
+    owner->buddy = pet; // decoded as a Person
+    data = KeyedArchiver::archivedDataWithRootObject(owner, false);
+    unarchiver = KeyedUnarchiver::make(*data);
+    auto partial = unarchiver->decodeObjectOfClass<Person>("root");
+    ASSERT_TRUE(partial);
+    EXPECT_TRUE(partial->buddy.isNil());
     EXPECT_TRUE(unarchiver->error());
-
-    Ref<Error> error;
     EXPECT_FALSE(KeyedUnarchiver::unarchivedObjectOfClass<Person>(*data, &error));
-    EXPECT_TRUE(error);
 }
 
-TEST(KeyedUnarchiver, DataThatIsNotAnArchiveGivesNilAndAnError) {
+TEST(KeyedUnarchiver, DamagedDataGivesNilAndAnError) {
     LogCapture log;
     Ref<Data> good = KeyedArchiver::archivedDataWithRootObject(person("Ada"), true);
-    PlistNode plainPlist(plist_new_dict());
-    plist_dict_set_item(plainPlist.get(), "root", plist_new_string("x"));
-    std::vector<Ref<Data>> bad{Data::make(), Data::fromString("garbage garbage garbage"),
-                               Data::make(good->bytes().data(), good->length() - 20),
-                               Data::make(plainPlist.toBinary()),
-                               craft({plist_new_string("x")}, 1, "SomethingElse")};
-    for (const auto& data : bad) {
+    PlistNode plain(plist_new_dict());
+    for (const auto& data :
+         {Data::make(), Data::fromString("garbage garbage"),
+          Data::make(good->bytes().data(), good->length() - 20), Data::make(plain.toBinary()),
+          craft({plist_new_string("x")}, 1, "SomethingElse")}) {
         Ref<Error> error;
-        EXPECT_FALSE(KeyedUnarchiver::make(*data, &error));
+        EXPECT_TRUE(KeyedUnarchiver::unarchivedObjectOfClass(classOf<Person>(), *data, &error).isNil());
         ASSERT_TRUE(error);
         EXPECT_EQ(error->code(), CoderReadCorruptError);
-        error.reset();
-        EXPECT_TRUE(KeyedUnarchiver::unarchivedObjectOfClass(classOf<Person>(), *data, &error).isNil());
-        EXPECT_TRUE(error);
     }
-}
-
-TEST(KeyedUnarchiver, DamagedObjectGraphsGiveNilAndAnError) {
-    LogCapture log;
+    std::mt19937 random(1234); // random damage: anything but a crash will do
+    for (int round = 0; round < 1000; ++round) {
+        std::vector<uint8_t> bytes = good->bytes();
+        bytes[8 + random() % (bytes.size() - 8)] = static_cast<uint8_t>(random());
+        KeyedUnarchiver::unarchivedObjectOfClass<Person>(*Data::make(std::move(bytes)));
+    }
     expectRefused(craft({plist_new_string("x")}, 7), "reference past the end");
     expectRefused(craft({entry(2, {{"NS.objects", uids({1})}}), classEntry("NSArray")}),
-                  "array containing itself");
-    expectRefused(craft({entry(2, {{"NS.objects", uids({3})}}), classEntry("NSArray"),
-                         entry(2, {{"NS.objects", uids({1})}})}),
-                  "arrays containing each other");
-    expectRefused(craft({[] {
-                      plist_t dict = plist_new_dict();
-                      plist_dict_set_item(dict, "name", plist_new_string("no class"));
-                      return dict;
-                  }()}),
-                  "object without $class");
+                  "array inside itself");
+    expectRefused(craft({plist_new_dict()}), "object without $class");
     expectRefused(craft({entry(2), plist_new_string("not a class entry")}), "class entry without a name");
     expectRefused(craft({entry(2), classEntry("NoSuchClass")}), "unknown class");
     expectRefused(craft({entry(2, {{"NS.keys", uids({3})}, {"NS.objects", uids({3, 3})}}),
                          classEntry("NSDictionary"), plist_new_string("k")}),
-                  "dictionary keys and objects that do not pair");
+                  "keys and objects that do not pair");
     expectRefused(craft({entry(2, {{"NS.keys", uids({4})}, {"NS.objects", uids({3})}}),
                          classEntry("NSDictionary"), plist_new_string("v"), plist_new_uint(5)}),
-                  "dictionary with a number for a key");
-    expectRefused(craft({entry(2, {{"NS.objects", plist_new_string("not uids")}}), classEntry("NSArray")}),
-                  "array without references");
-    expectRefused(craft({plist_new_date(0, 0)}), "entry of a type nothing is written as");
+                  "a number for a dictionary key");
+    expectRefused(craft({plist_new_date(0, 0)}), "an entry of a type nothing is written as");
     Ref<Error> error;
     EXPECT_TRUE(KeyedUnarchiver::unarchiveObjectWithData(*craft({}, 0), &error).isNil());
     EXPECT_FALSE(error) << "a nil root is not a failure";
@@ -280,49 +212,22 @@ TEST(KeyedUnarchiver, DamagedObjectGraphsGiveNilAndAnError) {
 
 TEST(KeyedUnarchiver, SharedContainersAreWalkedOnceAndDeepNestingIsRefused) {
     LogCapture log;
-    // Forty arrays each holding the next one twice: 2^40 paths for a walk that did not share.
-    std::vector<plist_t> objects{classEntry("NSArray")};
+    // Forty arrays, each holding the next one twice: 2^40 paths for a walk that did not share.
     constexpr uint64_t Levels = 40;
-    for (uint64_t level = 0; level < Levels; ++level) {
-        uint64_t next = level + 1 < Levels ? 3 + level : 0;
-        objects.push_back(entry(1, {{"NS.objects", next ? uids({next, next}) : uids({})}}));
-    }
+    std::vector<plist_t> objects{classEntry("NSArray")};
+    for (uint64_t level = 0; level < Levels; ++level)
+        objects.push_back(
+            entry(1, {{"NS.objects", level + 1 < Levels ? uids({3 + level, 3 + level}) : uids({})}}));
     auto start = std::chrono::steady_clock::now();
     Value root = KeyedUnarchiver::unarchiveObjectWithData(*craft(objects, 2));
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
     ASSERT_EQ(root.array().size(), 2u);
-    EXPECT_EQ(root.array()[0].array().size(), 2u);
 
-    // A chain of a thousand arrays, each inside the next.
+    constexpr uint64_t Chain = 1000; // each array inside the next
     objects = {classEntry("NSArray")};
-    constexpr uint64_t Chain = 1000;
     for (uint64_t level = 0; level < Chain; ++level)
         objects.push_back(entry(1, {{"NS.objects", level + 1 < Chain ? uids({3 + level}) : uids({})}}));
+    log.clear();
     expectRefused(craft(objects, 2), "nesting deeper than any real archive");
     EXPECT_LT(log.messages().size(), 5u) << "one report, not one per level";
-}
-
-TEST(KeyedUnarchiver, RandomDamageNeverCrashes) {
-    auto ada = create<Employee>();
-    ada->name = "Ada";
-    ada->tags = {Value("x"), Value(Dictionary{{"k", Array{Value(1), Value(Null{})}}})};
-    ada->buddy = person("Babbage");
-    ada->photo = Data::fromString("bytes");
-    Ref<Data> good = KeyedArchiver::archivedDataWithRootObject(ada, true);
-    ASSERT_TRUE(good);
-    LogCapture log;
-    std::mt19937 random(1234);
-    int decoded = 0;
-    for (int round = 0; round < 1500; ++round) {
-        std::vector<uint8_t> bytes = good->bytes();
-        int flips = 1 + static_cast<int>(random() % 4);
-        for (int i = 0; i < flips; ++i)
-            bytes[8 + random() % (bytes.size() - 8)] = static_cast<uint8_t>(random());
-        auto data = Data::make(std::move(bytes));
-        if (KeyedUnarchiver::unarchiveObjectWithData(*data).objectAs<Person>())
-            ++decoded;
-        KeyedUnarchiver::unarchivedObjectOfClass<Person>(*data);
-    }
-    // Some damage lands in string bytes and still decodes; most does not.
-    EXPECT_LT(decoded, 1500);
 }
