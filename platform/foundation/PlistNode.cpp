@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <string>
 
 namespace ns {
 
@@ -26,8 +27,11 @@ PlistNode PlistNode::fromBytes(const uint8_t* bytes, size_t length) {
     const char* text = reinterpret_cast<const char*>(bytes);
     if (std::memcmp(text, "bplist00", 8) == 0)
         plist_from_bin(text, static_cast<uint32_t>(length), &node);
-    else if (std::memchr(text, '<', length))
-        plist_from_xml(text, static_cast<uint32_t>(length), &node);
+    else if (std::memchr(text, '<', length)) {
+        // The XML reader is only safe on terminated text; data bytes carry no terminator.
+        std::string terminated(text, length);
+        plist_from_xml(terminated.c_str(), static_cast<uint32_t>(length), &node);
+    }
     return PlistNode(node);
 }
 

@@ -138,6 +138,10 @@ TEST(UserDefaults, DamagedOrUnwritableFilesAreLoggedNotFatal) {
     defaults->setBool(true, "repaired");
     EXPECT_TRUE(defaults->synchronize());
     EXPECT_TRUE(UserDefaults::make(path)->boolForKey("repaired"));
+    // A file edited by hand as XML is read too.
+    std::ofstream(path, std::ios::trunc) << "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict>"
+                                            "<key>n</key><integer>-3</integer></dict></plist>";
+    EXPECT_EQ(UserDefaults::make(path)->integerForKey("n"), -3);
 
     auto unwritable = UserDefaults::make("/proc/corvane-no-such-dir/x.plist");
     unwritable->setInteger(3, "kept");
