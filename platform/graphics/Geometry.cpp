@@ -21,4 +21,9 @@ std::string describe(const EdgeInsets& insets) {
            formatDouble(insets.bottom) + ", " + formatDouble(insets.right) + "}";
 }
 
+std::string describe(const AffineTransform& t) {
+    return "[" + formatDouble(t.a) + ", " + formatDouble(t.b) + ", " + formatDouble(t.c) + ", " +
+           formatDouble(t.d) + ", " + formatDouble(t.tx) + ", " + formatDouble(t.ty) + "]";
+}
+
 } // namespace ns

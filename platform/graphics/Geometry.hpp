@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 
 namespace ns {
@@ -86,6 +87,44 @@ struct Rect {
     bool operator==(const Rect&) const = default;
 };
 
+// An affine map of the plane: x' = a x + c y + tx, y' = b x + d y + ty.
+struct AffineTransform {
+    double a = 1, b = 0, c = 0, d = 1, tx = 0, ty = 0;
+
+    static AffineTransform translation(double dx, double dy) { return {1, 0, 0, 1, dx, dy}; }
+    static AffineTransform scale(double sx, double sy) { return {sx, 0, 0, sy, 0, 0}; }
+    static AffineTransform rotationDegrees(double degrees) {
+        double r = degrees * M_PI / 180.0, cs = std::cos(r), sn = std::sin(r);
+        return {cs, sn, -sn, cs, 0, 0};
+    }
+
+    Point apply(Point p) const { return {a * p.x + c * p.y + tx, b * p.x + d * p.y + ty}; }
+    // Applies the linear part only (no translation), as for a vector or a size.
+    Point applyToVector(Point v) const { return {a * v.x + c * v.y, b * v.x + d * v.y}; }
+    // This transform followed by `then`.
+    AffineTransform appending(const AffineTransform& then) const {
+        return {a * then.a + b * then.c,
+                a * then.b + b * then.d,
+                c * then.a + d * then.c,
+                c * then.b + d * then.d,
+                tx * then.a + ty * then.c + then.tx,
+                tx * then.b + ty * then.d + then.ty};
+    }
+    // `first` followed by this transform.
+    AffineTransform prepending(const AffineTransform& first) const { return first.appending(*this); }
+    double determinant() const { return a * d - b * c; }
+    bool isInvertible() const { return determinant() != 0; }
+    // The inverse; the identity when the transform cannot be inverted.
+    AffineTransform inverted() const {
+        double det = determinant();
+        if (det == 0)
+            return {};
+        return {d / det, -b / det, -c / det, a / det, (c * ty - d * tx) / det, (b * tx - a * ty) / det};
+    }
+    bool isIdentity() const { return *this == AffineTransform{}; }
+    bool operator==(const AffineTransform&) const = default;
+};
+
 // The rectangle inside the insets; top applies to the edge of largest y unless flipped.
 inline Rect insetRect(const Rect& rect, const EdgeInsets& insets, bool flipped = false) {
     double bottom = flipped ? insets.top : insets.bottom;
@@ -98,5 +137,6 @@ std::string describe(const Point& point);
 std::string describe(const Size& size);
 std::string describe(const Rect& rect);
 std::string describe(const EdgeInsets& insets);
+std::string describe(const AffineTransform& transform);
 
 } // namespace ns
