@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/graphics/Color.hpp"
+
+#include <map>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ns {
+
+// The process's table of fixed colours (blackColor ...) and system colours (textColor ...) by
+// method name, with the replacements an application has installed. Safe from any thread.
+class SystemColorCatalog {
+public:
+    static SystemColorCatalog& shared();
+
+    // The replacement if one is installed, else the platform's colour; nil for unknown names.
+    Ref<Color> colorNamed(std::string_view name) const;
+    std::vector<std::string> names() const;
+    // False (and a log line) for an unknown name; nil removes the replacement.
+    bool replace(std::string_view name, const Ref<Color>& replacement);
+
+private:
+    SystemColorCatalog();
+
+    mutable std::mutex m_mutex;
+    std::map<std::string, Ref<Color>, std::less<>> m_colors;
+    std::map<std::string, Ref<Color>, std::less<>> m_replacements;
+};
+
+} // namespace ns
