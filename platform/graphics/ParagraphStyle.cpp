@@ -1,0 +1,53 @@
+#include "platform/graphics/ParagraphStyle.hpp"
+
+#include "platform/graphics/MutableParagraphStyle.hpp"
+
+#include <functional>
+
+namespace ns {
+
+ParagraphStyle::ParagraphStyle() = default;
+
+ParagraphStyle::ParagraphStyle(Settings settings) : m_settings(settings) {}
+
+Ref<ParagraphStyle> ParagraphStyle::defaultParagraphStyle() {
+    static const Ref<ParagraphStyle> style = create<ParagraphStyle>();
+    return style;
+}
+
+Ref<ParagraphStyle> ParagraphStyle::copy() const {
+    return create<ParagraphStyle>(m_settings);
+}
+
+Ref<MutableParagraphStyle> ParagraphStyle::mutableCopy() const {
+    return create<MutableParagraphStyle>(m_settings);
+}
+
+bool ParagraphStyle::isEqual(const Object& other) const {
+    auto* style = dynamic_cast<const ParagraphStyle*>(&other);
+    return style && style->m_settings == m_settings;
+}
+
+size_t ParagraphStyle::hash() const {
+    const auto& s = m_settings;
+    size_t h = std::hash<int64_t>{}(static_cast<int64_t>(s.alignment));
+    for (double v : {s.lineSpacing, s.paragraphSpacing, s.paragraphSpacingBefore, s.firstLineHeadIndent,
+                     s.headIndent, s.tailIndent})
+        h = h * 31 + std::hash<double>{}(v);
+    return h * 31 + std::hash<int64_t>{}(static_cast<int64_t>(s.lineBreakMode));
+}
+
+std::string ParagraphStyle::description() const {
+    const auto& s = m_settings;
+    return "Alignment " + std::to_string(static_cast<int64_t>(s.alignment)) + ", LineSpacing " +
+           formatDouble(s.lineSpacing) + ", ParagraphSpacing " + formatDouble(s.paragraphSpacing) +
+           ", ParagraphSpacingBefore " + formatDouble(s.paragraphSpacingBefore) + ", HeadIndent " +
+           formatDouble(s.headIndent) + ", TailIndent " + formatDouble(s.tailIndent) +
+           ", FirstLineHeadIndent " + formatDouble(s.firstLineHeadIndent) + ", LineHeight " +
+           formatDouble(s.minimumLineHeight) + "/" + formatDouble(s.maximumLineHeight) +
+           ", LineHeightMultiple " + formatDouble(s.lineHeightMultiple) + ", LineBreakMode " +
+           std::to_string(static_cast<int64_t>(s.lineBreakMode)) + ", BaseWritingDirection " +
+           std::to_string(static_cast<int64_t>(s.baseWritingDirection));
+}
+
+} // namespace ns
