@@ -18,7 +18,12 @@ struct Range {
 };
 
 inline std::string describe(const Range& range) {
-    return "{" + std::to_string(range.location) + ", " + std::to_string(range.length) + "}";
+    std::string text = "{";
+    text += std::to_string(range.location);
+    text += ", ";
+    text += std::to_string(range.length);
+    text += '}';
+    return text;
 }
 
 } // namespace ns

@@ -1,5 +1,7 @@
 #include "platform/graphics/Appearance.hpp"
 
+#include "platform/foundation/Format.hpp"
+
 #include "platform/graphics/PlatformVersion.hpp"
 
 #include <map>
@@ -110,7 +112,7 @@ bool Appearance::currentDrawingAppearanceIsDark() {
 }
 
 std::string Appearance::description() const {
-    return "<Appearance: " + m_name + ">";
+    return format("<Appearance: %@>", m_name);
 }
 
 } // namespace ns

@@ -231,7 +231,7 @@ std::string AttributedString::description() const {
     for (size_t i = 0; i < m_runs.size(); ++i) {
         text += m_string.substr(m_runs[i].location, runEnd(i) - m_runs[i].location) + "{";
         for (const auto& [name, value] : m_runs[i].attributes)
-            text += "\n    " + name + " = " + value.description() + ";";
+            text += format("\n    %@ = %@;", name, value);
         text += "\n}";
     }
     return text;

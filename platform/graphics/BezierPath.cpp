@@ -499,19 +499,19 @@ Ref<BezierPath> BezierPath::copy() const {
 }
 
 std::string BezierPath::description() const {
-    std::string text = "<BezierPath: bounds " + describe(bounds()) + "\n";
+    std::string text = format("<BezierPath: bounds %@\n", describe(bounds()));
     for (const auto& e : m_elements) {
         switch (e.type) {
         case BezierPathElement::MoveTo:
-            text += "  " + formatDouble(e.points[0].x) + " " + formatDouble(e.points[0].y) + " moveto\n";
+            text += format("  %@ %@ moveto\n", formatDouble(e.points[0].x), formatDouble(e.points[0].y));
             break;
         case BezierPathElement::LineTo:
-            text += "  " + formatDouble(e.points[0].x) + " " + formatDouble(e.points[0].y) + " lineto\n";
+            text += format("  %@ %@ lineto\n", formatDouble(e.points[0].x), formatDouble(e.points[0].y));
             break;
         case BezierPathElement::CurveTo:
             text += "  ";
             for (const auto& p : e.points)
-                text += formatDouble(p.x) + " " + formatDouble(p.y) + " ";
+                text += format("%@ %@ ", formatDouble(p.x), formatDouble(p.y));
             text += "curveto\n";
             break;
         case BezierPathElement::ClosePath:

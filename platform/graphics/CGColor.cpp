@@ -1,5 +1,7 @@
 #include "platform/graphics/CGColor.hpp"
 
+#include "platform/foundation/Format.hpp"
+
 #include "platform/graphics/Image.hpp"
 
 namespace ns {
@@ -20,10 +22,10 @@ bool CGColor::isEqual(const Object& other) const {
 }
 
 std::string CGColor::description() const {
-    std::string text = "<CGColor " + (m_space ? m_space->description() : std::string("pattern")) + " (";
+    std::string values;
     for (size_t i = 0; i < m_components.size(); ++i)
-        text += (i ? " " : "") + formatDouble(m_components[i]);
-    return text + ")>";
+        values += format(i ? " %@" : "%@", formatDouble(m_components[i]));
+    return format("<CGColor %@ (%@)>", m_space ? m_space->description() : std::string("pattern"), values);
 }
 
 } // namespace ns

@@ -141,8 +141,8 @@ Ref<Color> convert(const Color& concrete, const Ref<ColorSpace>& space) {
 std::string componentText(const Color::Data& d) {
     std::string text;
     for (int64_t i = 0; i < d.space->numberOfColorComponents(); ++i)
-        text += " " + formatDouble(d.components[i]);
-    return text + " " + formatDouble(d.alpha);
+        text += format(" %@", formatDouble(d.components[i]));
+    return text + format(" %@", formatDouble(d.alpha));
 }
 
 } // namespace
@@ -725,7 +725,7 @@ bool paintOf(const Color& color, Paint& paint) {
         paint = Paint{0, 0, 0, c->data().alpha, c->data().patternImage};
         return true;
     }
-    double rgba[4];
+    double rgba[4] = {0, 0, 0, 1};
     c->deviceRGBA(rgba);
     paint = Paint{rgba[0], rgba[1], rgba[2], rgba[3], nullptr};
     return true;
@@ -813,7 +813,7 @@ size_t Color::hash() const {
         return h * 31 + std::hash<double>{}(d.alpha);
     }
     case Kind::Catalog:
-        return std::hash<std::string>{}(d.catalogName + "/" + d.colorName);
+        return std::hash<std::string>{}(d.catalogName) * 31 + std::hash<std::string>{}(d.colorName);
     case Kind::Pattern:
         return std::hash<const void*>{}(d.patternImage.get());
     case Kind::None:
@@ -827,17 +827,17 @@ std::string Color::description() const {
     switch (d.kind) {
     case Kind::Components:
         if (d.space->colorSpaceName() == CustomColorSpace)
-            return d.space->localizedName() + " colorspace" + componentText(d);
-        return d.space->colorSpaceName() + componentText(d);
+            return format("%@ colorspace%@", d.space->localizedName(), componentText(d));
+        return format("%@%@", d.space->colorSpaceName(), componentText(d));
     case Kind::Catalog:
-        return std::string(NamedColorSpace) + " " + d.catalogName + " " + d.colorName;
+        return format("%s %@ %@", NamedColorSpace, d.catalogName, d.colorName);
     case Kind::Pattern:
-        return std::string(PatternColorSpace) + " " + d.patternImage->description();
+        return format("%s %@", PatternColorSpace, d.patternImage);
     case Kind::None:
         break;
     }
     auto c = concreteColor();
-    return "<" + className() + ": " + (c ? c->description() : std::string("nil")) + ">";
+    return format("<%@: %@>", className(), c ? c->description() : std::string("nil"));
 }
 
 } // namespace ns

@@ -135,7 +135,7 @@ void ColorList::removeColorWithKey(std::string_view key) {
 }
 
 std::string ColorList::description() const {
-    return "<ColorList: " + m_name + ">";
+    return format("<ColorList: %@>", m_name);
 }
 
 } // namespace ns

@@ -155,7 +155,7 @@ Ref<Image> Filter::outputImage() const {
 }
 
 std::string Filter::description() const {
-    return "<Filter: " + m_name + ">";
+    return format("<Filter: %@>", m_name);
 }
 
 } // namespace ns

@@ -1,5 +1,7 @@
 #include "platform/graphics/Font.hpp"
 
+#include "platform/foundation/Format.hpp"
+
 #include "platform/graphics/TextSystem.hpp"
 
 #include <fontconfig/fontconfig.h>
@@ -230,7 +232,7 @@ double Font::systemFontSizeForControlSize(ControlSize controlSize) {
 std::string Font::displayName() const {
     if (m_face.style.empty() || m_face.style == "Book" || m_face.style == "Regular")
         return m_face.family;
-    return m_face.family + " " + m_face.style;
+    return format("%@ %@", m_face.family, m_face.style);
 }
 
 Ref<Font> Font::fontWithSize(double size) const {
@@ -315,9 +317,7 @@ size_t Font::hash() const {
 }
 
 std::string Font::description() const {
-    char size[32];
-    std::snprintf(size, sizeof size, "%.2f", m_pointSize);
-    return m_face.postScriptName + " " + size + " pt.";
+    return format("%@ %.2f pt.", m_face.postScriptName, m_pointSize);
 }
 
 } // namespace ns

@@ -185,9 +185,9 @@ void Gradient::drawFromCenter(Point startCenter, double startRadius, Point endCe
 }
 
 std::string Gradient::description() const {
-    std::string text = "<Gradient: " + m_space->description() + ",";
+    std::string text = format("<Gradient: %@,", m_space->description());
     for (const auto& stop : m_stops)
-        text += " " + formatDouble(stop.location) + ": " + stop.color->description() + ";";
+        text += format(" %@: %@;", formatDouble(stop.location), stop.color);
     return text + ">";
 }
 

@@ -377,10 +377,8 @@ void GraphicsContext::flushGraphics() {
 }
 
 std::string GraphicsContext::description() const {
-    char address[32];
-    std::snprintf(address, sizeof address, "%p", static_cast<const void*>(this));
-    return std::string("<GraphicsContext: ") + address + " size " + describe(m_pointSize) +
-           (m_state.flipped ? " flipped>" : ">");
+    return format("<GraphicsContext: %p size %@%s>", static_cast<const void*>(this), describe(m_pointSize),
+                  m_state.flipped ? " flipped" : "");
 }
 
 } // namespace ns

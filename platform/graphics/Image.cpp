@@ -314,13 +314,11 @@ Ref<Image> Image::copy() const {
 }
 
 std::string Image::description() const {
-    char address[32];
-    std::snprintf(address, sizeof address, "%p", static_cast<const void*>(this));
-    std::string text = std::string("<Image ") + address + " Name=" + (m_name ? *m_name : "(null)") +
-                       " Size=" + describe(m_size) + " Reps=(";
+    std::string reps;
     for (size_t i = 0; i < m_reps.size(); ++i)
-        text += (i ? ", " : "") + m_reps[i]->description();
-    return text + ")>";
+        reps += format(i ? ", %@" : "%@", m_reps[i]);
+    return format("<Image %p Name=%@ Size=%@ Reps=(%@)>", static_cast<const void*>(this), m_name,
+                  describe(m_size), reps);
 }
 
 } // namespace ns

@@ -1,5 +1,7 @@
 #include "platform/graphics/ImageRep.hpp"
 
+#include "platform/foundation/Format.hpp"
+
 #include "platform/graphics/GraphicsContext.hpp"
 
 #include <cairo.h>
@@ -55,11 +57,9 @@ bool ImageRep::draw() const {
 }
 
 std::string ImageRep::description() const {
-    char address[32];
-    std::snprintf(address, sizeof address, "%p", static_cast<const void*>(this));
-    return "<" + className() + " " + address + " " + m_colorSpaceName + " " + std::to_string(m_pixelsWide) +
-           "x" + std::to_string(m_pixelsHigh) + " pixels, size " + describe(m_size) +
-           (m_hasAlpha ? ", alpha>" : ">");
+    return format("<%@ %p %@ %lldx%lld pixels, size %@%s>", className(), static_cast<const void*>(this),
+                  m_colorSpaceName, static_cast<long long>(m_pixelsWide),
+                  static_cast<long long>(m_pixelsHigh), describe(m_size), m_hasAlpha ? ", alpha" : "");
 }
 
 } // namespace ns

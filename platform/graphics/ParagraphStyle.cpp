@@ -1,5 +1,7 @@
 #include "platform/graphics/ParagraphStyle.hpp"
 
+#include "platform/foundation/Format.hpp"
+
 #include "platform/graphics/MutableParagraphStyle.hpp"
 
 #include <functional>
@@ -39,15 +41,15 @@ size_t ParagraphStyle::hash() const {
 
 std::string ParagraphStyle::description() const {
     const auto& s = m_settings;
-    return "Alignment " + std::to_string(static_cast<int64_t>(s.alignment)) + ", LineSpacing " +
-           formatDouble(s.lineSpacing) + ", ParagraphSpacing " + formatDouble(s.paragraphSpacing) +
-           ", ParagraphSpacingBefore " + formatDouble(s.paragraphSpacingBefore) + ", HeadIndent " +
-           formatDouble(s.headIndent) + ", TailIndent " + formatDouble(s.tailIndent) +
-           ", FirstLineHeadIndent " + formatDouble(s.firstLineHeadIndent) + ", LineHeight " +
-           formatDouble(s.minimumLineHeight) + "/" + formatDouble(s.maximumLineHeight) +
-           ", LineHeightMultiple " + formatDouble(s.lineHeightMultiple) + ", LineBreakMode " +
-           std::to_string(static_cast<int64_t>(s.lineBreakMode)) + ", BaseWritingDirection " +
-           std::to_string(static_cast<int64_t>(s.baseWritingDirection));
+    return format(
+        "Alignment %lld, LineSpacing %@, ParagraphSpacing %@, ParagraphSpacingBefore %@, HeadIndent %@, "
+        "TailIndent %@, FirstLineHeadIndent %@, LineHeight %@/%@, LineHeightMultiple %@, LineBreakMode %lld, "
+        "BaseWritingDirection %lld",
+        static_cast<long long>(s.alignment), formatDouble(s.lineSpacing), formatDouble(s.paragraphSpacing),
+        formatDouble(s.paragraphSpacingBefore), formatDouble(s.headIndent), formatDouble(s.tailIndent),
+        formatDouble(s.firstLineHeadIndent), formatDouble(s.minimumLineHeight),
+        formatDouble(s.maximumLineHeight), formatDouble(s.lineHeightMultiple),
+        static_cast<long long>(s.lineBreakMode), static_cast<long long>(s.baseWritingDirection));
 }
 
 } // namespace ns

@@ -1,5 +1,7 @@
 #include "platform/graphics/PlatformVersion.hpp"
 
+#include "platform/foundation/Format.hpp"
+
 #include <mutex>
 
 namespace ns {
@@ -30,8 +32,8 @@ bool platformHasDarkAppearance() {
 }
 
 std::string describe(const OperatingSystemVersion& version) {
-    return std::to_string(version.majorVersion) + "." + std::to_string(version.minorVersion) + "." +
-           std::to_string(version.patchVersion);
+    return format("%lld.%lld.%lld", static_cast<long long>(version.majorVersion),
+                  static_cast<long long>(version.minorVersion), static_cast<long long>(version.patchVersion));
 }
 
 } // namespace ns

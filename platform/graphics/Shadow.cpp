@@ -1,5 +1,7 @@
 #include "platform/graphics/Shadow.hpp"
 
+#include "platform/foundation/Format.hpp"
+
 #include "platform/graphics/Color.hpp"
 #include "platform/graphics/GraphicsContext.hpp"
 
@@ -26,8 +28,8 @@ void Shadow::set() const {
 }
 
 std::string Shadow::description() const {
-    return "<Shadow: offset " + describe(m_offset) + ", blur " + formatDouble(m_blurRadius) + ", color " +
-           (m_color ? m_color->description() : std::string("(null)")) + ">";
+    return format("<Shadow: offset %@, blur %@, color %@>", describe(m_offset), formatDouble(m_blurRadius),
+                  m_color);
 }
 
 } // namespace ns

@@ -35,14 +35,17 @@ guint16 channel(double value) {
     return static_cast<guint16>(std::lround(std::clamp(value, 0.0, 1.0) * 65535));
 }
 
-// Adds `attribute` over [start, end) of the paragraph.
-void add(PangoAttrList* list, PangoAttribute* attribute, guint start, guint end) {
+// Adds `attribute` over [start, end) of the paragraph; the list is made on first use, since
+// most paragraphs need none and Pango lays out faster without one.
+void add(PangoAttrList*& list, PangoAttribute* attribute, guint start, guint end) {
+    if (!list)
+        list = pango_attr_list_new();
     attribute->start_index = start;
     attribute->end_index = end;
     pango_attr_list_insert(list, attribute);
 }
 
-void addColor(PangoAttrList* list, const Value* value, guint start, guint end,
+void addColor(PangoAttrList*& list, const Value* value, guint start, guint end,
               PangoAttribute* (*make)(guint16, guint16, guint16), PangoAttribute* (*makeAlpha)(guint16)) {
     if (!value)
         return;
@@ -136,8 +139,6 @@ void TextLayout::addParagraph(const AttributedString& text, uint64_t start, uint
         const Dictionary& attributes = runs[i].attributes;
         if (attributes.empty())
             continue;
-        if (!list)
-            list = pango_attr_list_new();
         const Font* font = fontIn(attributes);
         if (!font)
             font = Font::defaultTextFont().get();
