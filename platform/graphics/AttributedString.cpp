@@ -150,7 +150,7 @@ namespace {
 // clipped to `clip`.
 void drawText(const AttributedString& text, Point top, double width, uint64_t options, const Rect* clip) {
     auto context = GraphicsContext::currentContext();
-    if (!context || text.length() == 0)
+    if (!context || text.length() == 0 || !isFinite(top) || (clip && !isFinite(*clip)))
         return;
     cairo_t* cr = context->cairo();
     cairo_save(cr);

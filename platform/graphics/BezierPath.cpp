@@ -124,21 +124,33 @@ bool BezierPath::requireCurrentPoint(const char* what) const {
     return m_hasCurrentPoint;
 }
 
+bool BezierPath::requireFinite(std::initializer_list<Point> points, const char* what) const {
+    for (const auto& point : points)
+        if (!isFinite(point)) {
+            Log("BezierPath: %s with a coordinate that is not a finite number ignored.", what);
+            return false;
+        }
+    return true;
+}
+
 void BezierPath::moveToPoint(Point point) {
+    if (!requireFinite({point}, "moveToPoint"))
+        return;
     m_elements.push_back({BezierPathElement::MoveTo, {point, {}, {}}});
     m_currentPoint = m_subpathStart = point;
     m_hasCurrentPoint = true;
 }
 
 void BezierPath::lineToPoint(Point point) {
-    if (!requireCurrentPoint("lineToPoint"))
+    if (!requireCurrentPoint("lineToPoint") || !requireFinite({point}, "lineToPoint"))
         return;
     m_elements.push_back({BezierPathElement::LineTo, {point, {}, {}}});
     m_currentPoint = point;
 }
 
 void BezierPath::curveToPoint(Point end, Point controlPoint1, Point controlPoint2) {
-    if (!requireCurrentPoint("curveToPoint"))
+    if (!requireCurrentPoint("curveToPoint") ||
+        !requireFinite({end, controlPoint1, controlPoint2}, "curveToPoint"))
         return;
     m_elements.push_back({BezierPathElement::CurveTo, {controlPoint1, controlPoint2, end}});
     m_currentPoint = end;
@@ -241,7 +253,8 @@ void BezierPath::appendBezierPathWithPoints(std::span<const Point> points) {
 
 void BezierPath::appendBezierPathWithArcWithCenter(Point center, double radius, double startAngle,
                                                    double endAngle, bool clockwise) {
-    if (!std::isfinite(startAngle) || !std::isfinite(endAngle) || !std::isfinite(radius)) {
+    if (!std::isfinite(startAngle) || !std::isfinite(endAngle) || !std::isfinite(radius) ||
+        !isFinite(center)) {
         Log("BezierPath: arc with a non-finite radius or angle ignored.");
         return;
     }
@@ -289,6 +302,10 @@ void BezierPath::removeAllPoints() {
 }
 
 void BezierPath::transformUsingAffineTransform(const AffineTransform& transform) {
+    if (!isFinite(transform)) {
+        Log("BezierPath: transform with a value that is not a finite number ignored.");
+        return;
+    }
     for (auto& e : m_elements) {
         int count = e.type == BezierPathElement::CurveTo ? 3 : e.type == BezierPathElement::ClosePath ? 0 : 1;
         for (int i = 0; i < count; ++i)

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <initializer_list>
 #include <span>
 #include <vector>
 
@@ -25,7 +26,8 @@ enum class WindingRule : int64_t { NonZero = 0, EvenOdd = 1 };
 
 // A path of lines and cubic curves in user space, with the style it strokes and fills with.
 // Operations that need a current point (lineTo, curveTo, relative moves) log and do nothing on
-// an empty path. Drawing operations do nothing without a current graphics context.
+// an empty path; points that are not finite numbers are logged and ignored. Drawing operations do nothing
+// without a current graphics context.
 class BezierPath : public Object {
 public:
     struct Element {
@@ -130,6 +132,7 @@ public:
 private:
     void applyStrokeStyle(cairo_t* cairo) const;
     bool requireCurrentPoint(const char* what) const;
+    bool requireFinite(std::initializer_list<Point> points, const char* what) const;
 
     std::vector<Element> m_elements;
     Point m_currentPoint;

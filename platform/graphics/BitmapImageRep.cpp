@@ -223,7 +223,7 @@ void BitmapImageRep::setColor(const Ref<Color>& color, int64_t x, int64_t y) {
     if (!color || !checkBounds(x, y, "setColor:atX:y:") || !color->deviceRGBA(c))
         return;
     auto sample = [](double v) {
-        return static_cast<uint8_t>(std::lround(std::clamp(v, 0.0, 1.0) * 255));
+        return std::isnan(v) ? uint8_t{0} : static_cast<uint8_t>(std::lround(std::clamp(v, 0.0, 1.0) * 255));
     };
     double a = hasAlpha() ? c[3] : 1.0;
     uint8_t rgba[4] = {sample(c[0] * a), sample(c[1] * a), sample(c[2] * a), sample(a)};

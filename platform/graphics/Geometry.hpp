@@ -125,6 +125,22 @@ struct AffineTransform {
     bool operator==(const AffineTransform&) const = default;
 };
 
+// Whether every coordinate is a finite number. Drawing ignores geometry that is not: one NaN
+// would leave Cairo's context unusable for the rest of its life.
+inline bool isFinite(Point p) {
+    return std::isfinite(p.x) && std::isfinite(p.y);
+}
+inline bool isFinite(Size s) {
+    return std::isfinite(s.width) && std::isfinite(s.height);
+}
+inline bool isFinite(const Rect& r) {
+    return isFinite(r.origin) && isFinite(r.size);
+}
+inline bool isFinite(const AffineTransform& t) {
+    return std::isfinite(t.a) && std::isfinite(t.b) && std::isfinite(t.c) && std::isfinite(t.d) &&
+           std::isfinite(t.tx) && std::isfinite(t.ty);
+}
+
 // The rectangle inside the insets; top applies to the edge of largest y unless flipped.
 inline Rect insetRect(const Rect& rect, const EdgeInsets& insets, bool flipped = false) {
     double bottom = flipped ? insets.top : insets.bottom;

@@ -116,7 +116,7 @@ Ref<Color> Gradient::interpolatedColorAtLocation(double location) const {
 
 void Gradient::drawInRect(const Rect& rect, double angle) const {
     auto context = GraphicsContext::currentContext();
-    if (!context || !(rect.width() > 0 && rect.height() > 0))
+    if (!context || !isFinite(rect) || !std::isfinite(angle) || !(rect.width() > 0 && rect.height() > 0))
         return;
     double radians = angle * M_PI / 180.0;
     Point direction{std::cos(radians), std::sin(radians)};
@@ -166,7 +166,8 @@ void Gradient::drawFromPoint(Point start, Point end, uint64_t options) const {
 void Gradient::drawFromCenter(Point startCenter, double startRadius, Point endCenter, double endRadius,
                               uint64_t options) const {
     auto context = GraphicsContext::currentContext();
-    if (!context)
+    if (!context || !isFinite(startCenter) || !isFinite(endCenter) || !std::isfinite(startRadius) ||
+        !std::isfinite(endRadius))
         return;
     cairo_t* cr = context->cairo();
     cairo_pattern_t* pattern =

@@ -28,7 +28,7 @@ void FrameRect(const Rect& rect) {
 
 void FrameRectWithWidth(const Rect& rect, double width) {
     auto context = GraphicsContext::currentContext();
-    if (!context || !(rect.width() > 0 && rect.height() > 0) || !(width > 0))
+    if (!context || !isFinite(rect) || !(rect.width() > 0 && rect.height() > 0) || !(width > 0))
         return;
     // Four bands inside the rectangle, so a frame never spills over its edges.
     double w = std::min(width, rect.width() / 2), h = std::min(width, rect.height() / 2);

@@ -216,6 +216,10 @@ void GraphicsContext::restoreGraphicsState() {
 }
 
 void GraphicsContext::flipUserSpace(double height) {
+    if (!std::isfinite(height)) {
+        Log("GraphicsContext: flip within a height that is not a finite number ignored.");
+        return;
+    }
     cairo_translate(m_cairo, 0, height);
     cairo_scale(m_cairo, 1, -1);
     m_state.flipped = !m_state.flipped;
@@ -240,8 +244,9 @@ AffineTransform GraphicsContext::currentTransform() const {
 }
 
 void GraphicsContext::setCurrentTransform(const AffineTransform& transform) {
-    if (!transform.isInvertible()) {
-        Log("GraphicsContext: ignoring a transform that cannot be inverted: %@", describe(transform));
+    if (!isFinite(transform) || !transform.isInvertible()) {
+        Log("GraphicsContext: ignoring a transform that is not finite or cannot be inverted: %@",
+            describe(transform));
         return;
     }
     cairo_matrix_t m = toCairo(transform);
@@ -249,8 +254,9 @@ void GraphicsContext::setCurrentTransform(const AffineTransform& transform) {
 }
 
 void GraphicsContext::concat(const AffineTransform& transform) {
-    if (!transform.isInvertible()) {
-        Log("GraphicsContext: ignoring a transform that cannot be inverted: %@", describe(transform));
+    if (!isFinite(transform) || !transform.isInvertible()) {
+        Log("GraphicsContext: ignoring a transform that is not finite or cannot be inverted: %@",
+            describe(transform));
         return;
     }
     cairo_matrix_t m = toCairo(transform);
@@ -258,7 +264,7 @@ void GraphicsContext::concat(const AffineTransform& transform) {
 }
 
 void GraphicsContext::translateBy(double dx, double dy) {
-    cairo_translate(m_cairo, dx, dy);
+    concat(AffineTransform::translation(dx, dy));
 }
 
 void GraphicsContext::scaleBy(double sx, double sy) {
@@ -266,7 +272,7 @@ void GraphicsContext::scaleBy(double sx, double sy) {
 }
 
 void GraphicsContext::rotateByDegrees(double degrees) {
-    cairo_rotate(m_cairo, degrees * M_PI / 180.0);
+    concat(AffineTransform::rotationDegrees(degrees));
 }
 
 Rect GraphicsContext::clipBoundingBox() const {
@@ -276,6 +282,8 @@ Rect GraphicsContext::clipBoundingBox() const {
 }
 
 void GraphicsContext::clipToRect(const Rect& rect) {
+    if (!isFinite(rect))
+        return;
     cairo_new_path(m_cairo);
     cairo_rectangle(m_cairo, rect.x(), rect.y(), rect.width(), rect.height());
     cairo_clip(m_cairo);
@@ -286,7 +294,11 @@ void GraphicsContext::clipToRect(const Rect& rect) {
 void GraphicsContext::applyPaint(const Paint& paint) {
     cairo_surface_t* tile = paint.pattern ? paint.pattern->rasterSurface() : nullptr;
     if (!tile) {
-        cairo_set_source_rgba(m_cairo, paint.red, paint.green, paint.blue, paint.alpha);
+        auto channel = [](double v) {
+            return std::isnan(v) ? 0.0 : std::clamp(v, 0.0, 1.0);
+        };
+        cairo_set_source_rgba(m_cairo, channel(paint.red), channel(paint.green), channel(paint.blue),
+                              channel(paint.alpha));
         return;
     }
     // Tiles sit on the device grid, at the image's point size.
@@ -314,7 +326,8 @@ void GraphicsContext::applyStrokeSource() {
 
 void GraphicsContext::drawWithShadow(const std::function<void()>& draw) {
     cairo_surface_t* target = cairo_get_target(m_cairo);
-    if (!m_state.shadow || m_state.shadow->rgba[3] <= 0 ||
+    if (!m_state.shadow || !(m_state.shadow->rgba[3] > 0) || !isFinite(m_state.shadow->offset) ||
+        !std::isfinite(m_state.shadow->blurRadius) ||
         cairo_surface_get_type(target) != CAIRO_SURFACE_TYPE_IMAGE) {
         draw();
         return;
@@ -359,7 +372,7 @@ void GraphicsContext::drawWithShadow(const std::function<void()>& draw) {
 }
 
 void GraphicsContext::fillRect(const Rect& rect, CompositingOperation operation) {
-    if (!(rect.width() > 0 && rect.height() > 0))
+    if (!isFinite(rect) || !(rect.width() > 0 && rect.height() > 0))
         return;
     cairo_save(m_cairo);
     cairo_set_operator(m_cairo, static_cast<cairo_operator_t>(cairoOperatorFor(operation)));

@@ -217,7 +217,8 @@ void Image::drawInRect(const Rect& rect, const Rect& fromRect, CompositingOperat
     auto context = GraphicsContext::currentContext();
     auto rep = bestRepresentation();
     cairo_surface_t* surface = rep ? rep->cairoSurface() : nullptr;
-    if (!context || !surface || !(rect.width() > 0 && rect.height() > 0))
+    if (!context || !surface || !isFinite(rect) || !isFinite(fromRect) ||
+        !(rect.width() > 0 && rect.height() > 0))
         return;
     Size imageSize = m_size.width > 0 && m_size.height > 0 ? m_size : rep->size();
     if (!(imageSize.width > 0 && imageSize.height > 0))

@@ -26,7 +26,7 @@ bool ImageRep::drawInRect(const Rect& rect) const {
     cairo_surface_t* surface = cairoSurface();
     if (!context || !surface || m_pixelsWide == 0 || m_pixelsHigh == 0)
         return false;
-    if (!(rect.width() > 0 && rect.height() > 0))
+    if (!isFinite(rect) || !(rect.width() > 0 && rect.height() > 0))
         return true;
     cairo_t* cr = context->cairo();
     cairo_save(cr);

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string>
 
 namespace ns {
 
@@ -123,7 +124,18 @@ void TextLayout::addParagraph(const AttributedString& text, uint64_t start, uint
     const ParagraphStyle& style = styleObject ? *styleObject : *ParagraphStyle::defaultParagraphStyle();
 
     PangoLayout* layout = pango_layout_new(context);
-    pango_layout_set_text(layout, text.string().data() + start, static_cast<int>(end - start));
+    const char* bytes = text.string().data() + start;
+    auto length = static_cast<gssize>(end - start);
+    std::string repaired;
+    const char* invalid = nullptr;
+    if (!g_utf8_validate(bytes, length, &invalid)) {
+        // Bytes that are not UTF-8 show as "?", one for one, so positions keep their meaning.
+        repaired.assign(bytes, static_cast<size_t>(length));
+        while (!g_utf8_validate(repaired.data(), length, &invalid))
+            repaired[static_cast<size_t>(invalid - repaired.data())] = '?';
+        bytes = repaired.data();
+    }
+    pango_layout_set_text(layout, bytes, static_cast<int>(length));
     pango_layout_set_font_description(layout, baseFont->pangoFontDescription());
     if (singleLine)
         pango_layout_set_single_paragraph_mode(layout, TRUE);

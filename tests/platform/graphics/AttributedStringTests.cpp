@@ -318,3 +318,19 @@ TEST(AttributedString, ColoursResolveWhenDrawnAndDecorationsShow) {
         EXPECT_EQ(AttributedString::make("TEXT", strikeAttributes)->size(), text->size());
     }
 }
+
+TEST(AttributedString, BadInputIsMeasuredAndDrawnWithoutHarm) {
+    // Bytes that are not UTF-8, attributes of the wrong kind, NaN geometry.
+    auto text = AttributedString::make(
+        "ok \xff\xfe ok", {{FontAttributeName, std::string("Helvetica")},
+                           {ParagraphStyleAttributeName, 7},
+                           {ForegroundColorAttributeName, Color::colorWithPatternImage(nullptr)}});
+    Size size = text->size();
+    EXPECT_GT(size.width, 0);
+    Canvas canvas(60, 20);
+    text->drawInRect({0, 0, 60, 20});
+    text->drawInRect({NAN, 0, 60, 20});
+    text->drawAtPoint({INFINITY, 0});
+    EXPECT_GT(inkOf(canvas, 60, 20, anyInk).count, 0);
+    EXPECT_EQ(text->boundingRectWithSize({-10, -10}, StringDrawingUsesLineFragmentOrigin).size, size);
+}

@@ -231,3 +231,34 @@ TEST(GraphicsContext, BlurredShadowFadesOut) {
     shadow->set();
     EXPECT_FALSE(canvas.context->shadow());
 }
+
+TEST(GraphicsContext, NonFiniteGeometryIsIgnoredAndTheContextStaysUsable) {
+    Canvas canvas(4, 4);
+    auto& context = *canvas.context;
+    {
+        LogCapture log;
+        context.translateBy(NAN, 0);
+        context.rotateByDegrees(INFINITY);
+        context.flipUserSpace(NAN);
+        RectClip({NAN, 0, 1, 1});
+        Color::colorWithDeviceRed(NAN, 0, 0, 1)->set();
+        RectFill({0, NAN, 2, 2});
+        FrameRect({INFINITY, 0, 2, 2});
+        auto path = BezierPath::make();
+        path->moveToPoint({0, 0});
+        path->lineToPoint({NAN, 1});
+        path->curveToPoint({1, 1}, {INFINITY, 0}, {0, 0});
+        path->appendBezierPathWithArcWithCenter({NAN, 0}, 1, 0, 90);
+        path->fill();
+        auto shadow = Shadow::make();
+        shadow->setShadowOffset({NAN, 1});
+        shadow->set();
+        BezierPath::fillRect({1, 1, 1, 1});
+        EXPECT_FALSE(log.messages().empty());
+    }
+    EXPECT_EQ(context.currentTransform(), (AffineTransform{1, 0, 0, -1, 0, 4}));
+    Color::redColor()->set();
+    RectFill({0, 0, 4, 4});
+    EXPECT_EQ(canvas.pixel(0, 0), kRed);
+    EXPECT_EQ(canvas.pixel(3, 3), kRed);
+}
