@@ -159,6 +159,10 @@ Ref<BitmapImageRep> Image::bitmapRepresentation() const {
 // --- Drawing into the image ---------------------------------------------------------------------
 
 Ref<BitmapImageRep> Image::focusBitmap() {
+    if (m_size.width > 32767 || m_size.height > 32767) {
+        Log("Image: lockFocus on an image of size %@ is beyond what a bitmap can hold.", describe(m_size));
+        return nullptr;
+    }
     auto pixelsWide = static_cast<int64_t>(std::ceil(m_size.width));
     auto pixelsHigh = static_cast<int64_t>(std::ceil(m_size.height));
     if (m_reps.size() == 1) {

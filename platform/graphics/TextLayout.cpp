@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <string>
 
 namespace ns {
@@ -31,6 +32,18 @@ const Font* fontIn(const Dictionary& attributes) {
         return nullptr;
     return dynamic_cast<const Font*>(value->object().get());
 }
+
+// Points to Pango units, kept inside what Pango can hold (about two million points).
+int pangoUnits(double points) {
+    constexpr double limit = static_cast<double>(std::numeric_limits<int>::max() - 1);
+    double units = points * PANGO_SCALE;
+    if (std::isnan(units))
+        return 0;
+    return static_cast<int>(std::clamp(units, -limit, limit));
+}
+
+// Widths beyond what Pango can hold are as good as unbounded.
+constexpr double kMaximumWidth = static_cast<double>(std::numeric_limits<int>::max() / PANGO_SCALE);
 
 guint16 channel(double value) {
     return static_cast<guint16>(std::lround(std::clamp(value, 0.0, 1.0) * 65535));
@@ -81,7 +94,7 @@ TextLayout::TextLayout(const AttributedString& text, double width, uint64_t opti
     if (string.empty())
         return;
     bool singleLine = !(options & StringDrawingUsesLineFragmentOrigin);
-    bool bounded = std::isfinite(width) && width > 0;
+    bool bounded = std::isfinite(width) && width > 0 && width < kMaximumWidth;
     if (singleLine) {
         addParagraph(text, 0, string.size(), 0, options, context, forDrawing, true);
     } else {
@@ -157,8 +170,7 @@ void TextLayout::addParagraph(const AttributedString& text, uint64_t start, uint
         if (font != baseFont)
             add(list, pango_attr_font_desc_new(font->pangoFontDescription()), s, e);
         if (const Value* kern = lookup(attributes, KernAttributeName); kern && kern->isNumber())
-            add(list, pango_attr_letter_spacing_new(static_cast<int>(kern->doubleValue() * PANGO_SCALE)), s,
-                e);
+            add(list, pango_attr_letter_spacing_new(pangoUnits(kern->doubleValue())), s, e);
         if (!forDrawing)
             continue;
         addColor(list, lookup(attributes, ForegroundColorAttributeName), s, e, pango_attr_foreground_new,
@@ -185,7 +197,7 @@ void TextLayout::addParagraph(const AttributedString& text, uint64_t start, uint
 
     // 3. The paragraph style: indents, line width, wrapping or truncation, alignment, spacing.
     const auto& settings = style.settings();
-    bool bounded = !singleLine && width > 0;
+    bool bounded = !singleLine && width > 0 && width < kMaximumWidth;
     double indentBase = std::min(settings.firstLineHeadIndent, settings.headIndent);
     LineBreakMode mode = breakMode(style);
     bool clipping = mode == LineBreakMode::ByClipping;
@@ -194,7 +206,7 @@ void TextLayout::addParagraph(const AttributedString& text, uint64_t start, uint
         double right = settings.tailIndent > 0 ? settings.tailIndent : width + settings.tailIndent;
         lineWidth = std::max(1.0, right - indentBase);
         if (!clipping)
-            pango_layout_set_width(layout, static_cast<int>(lineWidth * PANGO_SCALE));
+            pango_layout_set_width(layout, pangoUnits(lineWidth));
         switch (mode) {
         case LineBreakMode::ByCharWrapping:
             pango_layout_set_wrap(layout, PANGO_WRAP_CHAR);
@@ -222,10 +234,9 @@ void TextLayout::addParagraph(const AttributedString& text, uint64_t start, uint
         pango_layout_set_justify(layout, alignment == TextAlignment::Justified);
     }
     if (settings.firstLineHeadIndent != settings.headIndent)
-        pango_layout_set_indent(
-            layout, static_cast<int>((settings.firstLineHeadIndent - settings.headIndent) * PANGO_SCALE));
+        pango_layout_set_indent(layout, pangoUnits(settings.firstLineHeadIndent - settings.headIndent));
     if (settings.lineSpacing > 0)
-        pango_layout_set_spacing(layout, static_cast<int>(settings.lineSpacing * PANGO_SCALE));
+        pango_layout_set_spacing(layout, pangoUnits(settings.lineSpacing));
 
     // 4. Geometry: stacked below the previous paragraph with the spacing between them.
     PangoRectangle logical;

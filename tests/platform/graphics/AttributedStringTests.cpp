@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 
 using namespace ns;
 
@@ -194,6 +195,9 @@ TEST(AttributedString, MeasuredHeightGrowsWithWrapping) {
     // Width 0 or not finite means unbounded.
     EXPECT_EQ(text->boundingRectWithSize({0, 0}, StringDrawingUsesLineFragmentOrigin).size, unwrapped);
     EXPECT_EQ(text->boundingRectWithSize({INFINITY, 0}, StringDrawingUsesLineFragmentOrigin).size, unwrapped);
+    // So is the largest finite width, as callers pass when they mean "no limit".
+    Size largest{std::numeric_limits<double>::max(), std::numeric_limits<double>::max()};
+    EXPECT_EQ(text->boundingRectWithSize(largest, 3).size, unwrapped);
 }
 
 TEST(AttributedString, TruncationKeepsOneLinePerParagraph) {

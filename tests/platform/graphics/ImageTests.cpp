@@ -160,6 +160,11 @@ TEST(Image, BadSizesAndUnbalancedFocusAreHarmless) {
     image->unlockFocus();
     EXPECT_TRUE(log.contains("nothing to draw into"));
     EXPECT_TRUE(log.contains("unlockFocus without lockFocus"));
+    auto huge = Image::make({1e300, 10});
+    huge->lockFocus();
+    EXPECT_FALSE(GraphicsContext::currentContext());
+    huge->unlockFocus();
+    EXPECT_TRUE(log.contains("beyond what a bitmap can hold"));
     EXPECT_TRUE(image->dataRepresentation().empty());
     Canvas canvas(2, 2);
     image->drawInRect({0, 0, 2, 2}); // nothing to draw, nothing fails
