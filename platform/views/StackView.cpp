@@ -185,7 +185,10 @@ void StackView::rearrange() {
     const double trailInset = vertical ? m_edgeInsets.bottom : m_edgeInsets.right;
     const double crossLeadInset = vertical ? m_edgeInsets.left : m_edgeInsets.top;
     const double crossTrailInset = vertical ? m_edgeInsets.right : m_edgeInsets.bottom;
-    const LayoutPriority hug = huggingPriority(axis), clip = clippingResistancePriority(axis);
+    const LayoutPriority clip = clippingResistancePriority(axis);
+    // Gaps give way just below the stack's hugging, so a stack larger than its content spreads
+    // its gravity areas apart rather than stretching views that hug at the same priority.
+    const LayoutPriority gap = std::max(1.0f, huggingPriority(axis) - 1), centring = huggingPriority(axis);
     const LayoutPriority crossHug = huggingPriority(across), crossClip = clippingResistancePriority(across);
     Ref<View> stack = self<View>();
 
@@ -214,12 +217,12 @@ void StackView::rearrange() {
         const Ref<View>& first = area.front();
         Ref<View> edgeItem = previous ? previous : stack;
         LayoutAttribute edge = previous ? trail : lead;
-        double gap = previous ? spacingAfter(previous) : leadInset;
+        double spacing = previous ? spacingAfter(previous) : leadInset;
         if (g == 0) {
-            add(first, lead, Eq, edgeItem, edge, gap, LayoutPriorityRequired);
+            add(first, lead, Eq, edgeItem, edge, spacing, LayoutPriorityRequired);
         } else {
-            add(first, lead, Ge, edgeItem, edge, gap, clip);
-            add(first, lead, Eq, edgeItem, edge, gap, hug);
+            add(first, lead, Ge, edgeItem, edge, spacing, clip);
+            add(first, lead, Eq, edgeItem, edge, spacing, gap);
         }
         if (g == 1) {
             if (!m_centreGuide) {
@@ -229,14 +232,14 @@ void StackView::rearrange() {
             const Ref<View>& guide = m_centreGuide;
             add(guide, lead, Eq, first, lead, 0, LayoutPriorityRequired);
             add(guide, trail, Eq, area.back(), trail, 0, LayoutPriorityRequired);
-            add(guide, centre, Eq, stack, centre, (leadInset - trailInset) / 2, std::min(hug + 1, 999.0f));
+            add(guide, centre, Eq, stack, centre, (leadInset - trailInset) / 2, centring);
         }
         previous = area.back();
     }
     if (previous) {
         bool lastIsTrailingArea = !m_gravities[2].empty();
         add(stack, trail, Ge, previous, trail, trailInset, clip);
-        add(stack, trail, Eq, previous, trail, trailInset, lastIsTrailingArea ? LayoutPriorityRequired : hug);
+        add(stack, trail, Eq, previous, trail, trailInset, lastIsTrailingArea ? LayoutPriorityRequired : gap);
     }
 
     // Step 3: across the axis.
@@ -246,11 +249,14 @@ void StackView::rearrange() {
     const bool alignTrail = m_alignment == crossTrail ||
                             m_alignment == (vertical ? LayoutAttribute::Right : LayoutAttribute::Bottom) ||
                             m_alignment == (vertical ? LayoutAttribute::Width : LayoutAttribute::Height);
+    // Hugging across the axis pulls the stack's own size down to its widest view; pulling
+    // each view's edges would stretch the views instead.
+    if (!views().empty())
+        add(stack, vertical ? LayoutAttribute::Width : LayoutAttribute::Height, Eq, nullptr,
+            LayoutAttribute::NotAnAttribute, 0, crossHug);
     for (const auto& view : views()) {
         add(view, crossLead, Ge, stack, crossLead, crossLeadInset, crossClip);
         add(stack, crossTrail, Ge, view, crossTrail, crossTrailInset, crossClip);
-        add(view, crossLead, Eq, stack, crossLead, crossLeadInset, crossHug);
-        add(stack, crossTrail, Eq, view, crossTrail, crossTrailInset, crossHug);
         if (alignLead)
             add(view, crossLead, Eq, stack, crossLead, crossLeadInset, LayoutPriorityRequired);
         if (alignTrail)

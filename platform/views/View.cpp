@@ -1,11 +1,186 @@
 #include "platform/views/View.hpp"
 
+#include "platform/graphics/Appearance.hpp"
+#include "platform/graphics/BitmapImageRep.hpp"
+#include "platform/graphics/Color.hpp"
+#include "platform/graphics/Graphics.hpp"
+#include "platform/graphics/GraphicsContext.hpp"
+#include "platform/layout/ConstraintLayoutEngine.hpp"
+#include "platform/views/Layer.hpp"
+#include "platform/views/Window.hpp"
+
 #include <algorithm>
+#include <cmath>
+#include <functional>
 
 namespace ns {
 
+View::View(Rect frame) : m_frame(frame) {}
+
+View::~View() = default;
+
 void View::setFrame(Rect frame) {
+    bool resized = frame.size != m_frame.size;
     m_frame = frame;
+    // A frame set by hand is a constraint only for views that translate it, and for the root.
+    if (!m_applyingLayout && (m_translatesAutoresizingMask || !superview()))
+        invalidateLayoutEngine();
+    if (resized)
+        setNeedsLayout(true);
+}
+
+void View::setFrameFromLayout(Rect frame) {
+    m_applyingLayout = true;
+    setFrame(frame);
+    m_applyingLayout = false;
+}
+
+View* View::root() {
+    View* view = this;
+    while (Ref<View> superview = view->superview())
+        view = superview.get();
+    return view;
+}
+
+ConstraintLayoutEngine* View::engine() {
+    View* top = root();
+    if (!top->m_layoutEngine)
+        top->m_layoutEngine = std::make_unique<ConstraintLayoutEngine>(*top);
+    return top->m_layoutEngine.get();
+}
+
+void View::invalidateLayoutEngine() {
+    View* top = root();
+    if (top->m_layoutEngine)
+        top->m_layoutEngine->setNeedsUpdate();
+}
+
+Ref<Window> View::window() const {
+    const View* view = this;
+    while (Ref<View> superview = view->superview())
+        view = superview.get();
+    return view->m_window.lock();
+}
+
+void View::layout() {
+    ConstraintLayoutEngine* layoutEngine = engine();
+    layoutEngine->updateIfNeeded();
+    layoutEngine->applyFrames(*this);
+}
+
+// Lays the tree out top down. When the engine changed, every view is laid out; otherwise only
+// the views that asked. A view's layout may change constraints (a delegate reacting to it), so
+// the pass repeats, a bounded number of times, until the engine is settled.
+void View::layoutSubtreeIfNeeded() {
+    View* top = root();
+    ConstraintLayoutEngine* layoutEngine = engine();
+    for (int round = 0; round < 4; ++round) {
+        bool everything = layoutEngine->updateIfNeeded();
+        std::function<void(View&)> visit = [&](View& view) {
+            if (everything || view.m_needsLayout) {
+                view.m_needsLayout = false;
+                view.layout();
+            }
+            for (size_t i = 0; i < view.m_subviews.size(); ++i)
+                visit(*view.m_subviews[i]);
+        };
+        visit(*top);
+        if (!layoutEngine->needsUpdate())
+            return;
+    }
+}
+
+void View::setAppearance(Ref<Appearance> appearance) {
+    m_appearance = std::move(appearance);
+    setNeedsDisplay(true);
+}
+
+Ref<Appearance> View::effectiveAppearance() const {
+    for (const View* view = this; view; view = view->superview().get())
+        if (view->m_appearance)
+            return view->m_appearance;
+    return Appearance::applicationEffectiveAppearance();
+}
+
+void View::drawRect(Rect) {}
+
+void View::setWantsLayer(bool wantsLayer) {
+    if (wantsLayer && !m_layer)
+        m_layer = Layer::make();
+    else if (!wantsLayer)
+        m_layer.reset();
+}
+
+// Draws this view in the context's current user space, then its visible subviews, each moved
+// to its frame origin and flipped when its flipping differs from its superview's.
+void View::drawSubtree(GraphicsContext& context) {
+    Rect bounds = this->bounds();
+    context.saveGraphicsState();
+    context.setFlipped(isFlipped());
+    RectClip(bounds);
+    effectiveAppearance()->performAsCurrentDrawingAppearance([&] {
+        if (m_layer && m_layer->backgroundColor()) {
+            Color::colorWithCGColor(m_layer->backgroundColor())->setFill();
+            RectFillUsingOperation(bounds, CompositingOperation::SourceOver);
+        }
+        drawRect(bounds);
+    });
+    context.restoreGraphicsState();
+    for (const auto& subview : m_subviews) {
+        if (subview->isHidden())
+            continue;
+        Rect frame = subview->frame();
+        context.saveGraphicsState();
+        context.translateBy(frame.x(), frame.y());
+        if (subview->isFlipped() != isFlipped()) {
+            context.translateBy(0, frame.height());
+            context.scaleBy(1, -1);
+        }
+        subview->drawSubtree(context);
+        context.restoreGraphicsState();
+    }
+}
+
+void View::displayRectIgnoringOpacity(Rect) {
+    if (auto context = GraphicsContext::currentContext())
+        drawSubtree(*context);
+}
+
+Ref<BitmapImageRep> View::renderedBitmap() {
+    Size size = bounds().size;
+    auto bitmap = BitmapImageRep::make(std::max<int64_t>(1, static_cast<int64_t>(std::ceil(size.width))),
+                                       std::max<int64_t>(1, static_cast<int64_t>(std::ceil(size.height))));
+    auto context = GraphicsContext::graphicsContextWithBitmapImageRep(bitmap, isFlipped());
+    if (!context)
+        return bitmap;
+    GraphicsContext::saveCurrentGraphicsState();
+    GraphicsContext::setCurrentContext(context);
+    drawSubtree(*context);
+    GraphicsContext::restoreCurrentGraphicsState();
+    setNeedsDisplay(false);
+    return bitmap;
+}
+
+void View::display() {
+    layoutSubtreeIfNeeded();
+    m_needsDisplay = false;
+}
+
+Size View::fittingSize() {
+    return ConstraintLayoutEngine::fittingSize(*this);
+}
+
+std::vector<Ref<LayoutConstraint>>
+View::constraintsAffectingLayoutForOrientation(LayoutConstraintOrientation orientation) {
+    std::vector<Ref<LayoutConstraint>> found;
+    bool horizontal = orientation == LayoutConstraintOrientation::Horizontal;
+    for (View* holder = this; holder; holder = holder->superview().get())
+        for (const auto& constraint : holder->m_constraints) {
+            bool involves = constraint->firstItem().get() == this || constraint->secondItem().get() == this;
+            if (involves && isHorizontal(constraint->firstAttribute()) == horizontal)
+                found.push_back(constraint);
+        }
+    return found;
 }
 
 void View::addSubview(const Ref<View>& view) {
@@ -16,7 +191,9 @@ void View::addSubview(const Ref<View>& view) {
     view->removeFromSuperview();
     m_subviews.push_back(view);
     view->m_superview = self;
+    view->m_layoutEngine.reset(); // the tree it joins has its own
     view->setNextResponder(self);
+    invalidateLayoutEngine();
     view->viewDidMoveToSuperview();
 }
 
@@ -25,6 +202,7 @@ void View::removeFromSuperview() {
     if (!superview)
         return;
     Ref<View> keepAlive = self<View>();
+    superview->invalidateLayoutEngine();
     auto& siblings = superview->m_subviews;
     siblings.erase(std::remove(siblings.begin(), siblings.end(), keepAlive), siblings.end());
     m_superview.reset();
@@ -51,8 +229,11 @@ bool View::isHiddenOrHasHiddenAncestor() const {
 }
 
 void View::addConstraint(const Ref<LayoutConstraint>& constraint) {
-    if (constraint)
-        m_constraints.push_back(constraint);
+    if (!constraint)
+        return;
+    m_constraints.push_back(constraint);
+    invalidateLayoutEngine();
+    setNeedsLayout(true);
 }
 
 void View::addConstraints(const std::vector<Ref<LayoutConstraint>>& constraints) {
@@ -61,8 +242,12 @@ void View::addConstraints(const std::vector<Ref<LayoutConstraint>>& constraints)
 }
 
 void View::removeConstraint(const Ref<LayoutConstraint>& constraint) {
-    m_constraints.erase(std::remove(m_constraints.begin(), m_constraints.end(), constraint),
-                        m_constraints.end());
+    auto end = std::remove(m_constraints.begin(), m_constraints.end(), constraint);
+    if (end == m_constraints.end())
+        return;
+    m_constraints.erase(end, m_constraints.end());
+    invalidateLayoutEngine();
+    setNeedsLayout(true);
 }
 
 void View::removeConstraints(const std::vector<Ref<LayoutConstraint>>& constraints) {
@@ -72,10 +257,12 @@ void View::removeConstraints(const std::vector<Ref<LayoutConstraint>>& constrain
 
 void View::setTranslatesAutoresizingMaskIntoConstraints(bool translates) {
     m_translatesAutoresizingMask = translates;
+    invalidateLayoutEngine();
     setNeedsLayout(true);
 }
 
 void View::invalidateIntrinsicContentSize() {
+    invalidateLayoutEngine();
     setNeedsLayout(true);
 }
 
@@ -85,7 +272,7 @@ LayoutPriority View::contentHuggingPriority(LayoutConstraintOrientation orientat
 
 void View::setContentHuggingPriority(LayoutPriority priority, LayoutConstraintOrientation orientation) {
     m_hugging[static_cast<int>(orientation) & 1] = priority;
-    setNeedsLayout(true);
+    invalidateLayoutEngine();
 }
 
 LayoutPriority View::contentCompressionResistancePriority(LayoutConstraintOrientation orientation) const {
@@ -95,7 +282,7 @@ LayoutPriority View::contentCompressionResistancePriority(LayoutConstraintOrient
 void View::setContentCompressionResistancePriority(LayoutPriority priority,
                                                    LayoutConstraintOrientation orientation) {
     m_compressionResistance[static_cast<int>(orientation) & 1] = priority;
-    setNeedsLayout(true);
+    invalidateLayoutEngine();
 }
 
 void View::setNeedsLayout(bool needsLayout) {

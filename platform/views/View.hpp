@@ -4,11 +4,19 @@
 #include "platform/layout/LayoutConstraint.hpp"
 #include "platform/views/Responder.hpp"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace ns {
+
+class Appearance;
+class BitmapImageRep;
+class ConstraintLayoutEngine;
+class GraphicsContext;
+class Layer;
+class Window;
 
 constexpr double ViewNoIntrinsicMetric = -1;
 constexpr double ViewNoInstrinsicMetric = ViewNoIntrinsicMetric;
@@ -17,7 +25,8 @@ constexpr double ViewNoInstrinsicMetric = ViewNoIntrinsicMetric;
 // is the lower-left corner unless the superview is flipped.
 class View : public Responder {
 public:
-    explicit View(Rect frame = {}) : m_frame(frame) {}
+    explicit View(Rect frame = {});
+    ~View() override;
     static Ref<View> make(Rect frame = {}) { return create<View>(frame); }
 
     // --- Geometry -----------------------------------------------------------------------------
@@ -37,6 +46,10 @@ public:
     bool isDescendantOf(const View& view) const;
     virtual void viewWillMoveToSuperview(const Ref<View>&) {}
     virtual void viewDidMoveToSuperview() {}
+    // The window of the tree's root, or nil.
+    Ref<Window> window() const;
+    // Set by the window on its content view.
+    void setWindow(const Ref<Window>& window) { m_window = window; }
 
     // --- Identity and state -------------------------------------------------------------------
     const std::optional<std::string>& identifier() const { return m_identifier; }
@@ -68,6 +81,45 @@ public:
     void setContentCompressionResistancePriority(LayoutPriority priority,
                                                  LayoutConstraintOrientation orientation);
 
+    // Distances of the text baselines from the top and the bottom edge (0 for views without text).
+    virtual double firstBaselineOffsetFromTop() const { return 0; }
+    virtual double lastBaselineOffsetFromBottom() const { return 0; }
+
+    // --- Layout pass --------------------------------------------------------------------------
+    // Places the subviews that are laid out by constraints. Subclasses that override it call
+    // the base, and may call it again after changing constraints.
+    virtual void layout();
+    // Lays out the whole tree of this view's root, top down, where layout is needed.
+    void layoutSubtreeIfNeeded();
+    // The smallest size that satisfies the constraints inside this view's subtree.
+    Size fittingSize();
+    // The constraints that decide the view's position or size along the orientation.
+    std::vector<Ref<LayoutConstraint>>
+    constraintsAffectingLayoutForOrientation(LayoutConstraintOrientation orientation);
+    // Sets the frame that layout computed; a size change asks for layout of the view itself.
+    void setFrameFromLayout(Rect frame);
+
+    // --- Appearance and drawing ----------------------------------------------------------------
+    const Ref<Appearance>& appearance() const { return m_appearance; }
+    void setAppearance(Ref<Appearance> appearance);
+    // The view's own appearance, else its nearest ancestor's, else the application's.
+    Ref<Appearance> effectiveAppearance() const;
+    // Draws the view's own content; the current context is in the view's coordinates (flipped
+    // when the view is) and clipped to its bounds.
+    virtual void drawRect(Rect dirtyRect);
+    virtual bool isOpaque() const { return false; }
+    bool wantsLayer() const { return m_layer != nullptr; }
+    void setWantsLayer(bool wantsLayer);
+    // The backing layer of a view that wants one, else nil.
+    const Ref<Layer>& layer() const { return m_layer; }
+    // Draws the view and its visible subviews in the current context, whose user space must be
+    // this view's coordinate system.
+    void displayRectIgnoringOpacity(Rect rect);
+    // A new bitmap of the view's bounds (one pixel per point) with the view tree drawn in it.
+    Ref<BitmapImageRep> renderedBitmap();
+    // Draws now what needs display (the platform has no screen to refresh).
+    void display();
+
     // --- Layout and display requests ----------------------------------------------------------
     bool needsLayout() const { return m_needsLayout; }
     void setNeedsLayout(bool needsLayout);
@@ -80,7 +132,18 @@ public:
     const KeyTable& keyTable() const override;
 
 private:
+    View* root();
+    ConstraintLayoutEngine* engine();
+    // Tells the tree's engine that what it gathers has changed.
+    void invalidateLayoutEngine();
+    void drawSubtree(GraphicsContext& context);
+
     Rect m_frame;
+    WeakRef<Window> m_window;
+    Ref<Appearance> m_appearance;
+    Ref<Layer> m_layer;
+    std::unique_ptr<ConstraintLayoutEngine> m_layoutEngine; // only on a root that was laid out
+    bool m_applyingLayout = false;
     WeakRef<View> m_superview;
     std::vector<Ref<View>> m_subviews;
     std::optional<std::string> m_identifier;
