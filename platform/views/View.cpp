@@ -7,6 +7,7 @@
 #include "platform/graphics/GraphicsContext.hpp"
 #include "platform/layout/ConstraintLayoutEngine.hpp"
 #include "platform/views/Layer.hpp"
+#include "platform/views/ScrollView.hpp"
 #include "platform/views/Window.hpp"
 
 #include <algorithm>
@@ -27,6 +28,18 @@ void View::setFrame(Rect frame) {
         invalidateLayoutEngine();
     if (resized)
         setNeedsLayout(true);
+}
+
+void View::setBoundsOrigin(Point origin) {
+    m_boundsOrigin = origin;
+    setNeedsDisplay(true);
+}
+
+Ref<ScrollView> View::enclosingScrollView() const {
+    for (Ref<View> view = superview(); view; view = view->superview())
+        if (auto scrollView = std::dynamic_pointer_cast<ScrollView>(view))
+            return scrollView;
+    return nullptr;
 }
 
 void View::setFrameFromLayout(Rect frame) {
@@ -117,15 +130,18 @@ void View::drawSubtree(GraphicsContext& context) {
     Rect bounds = this->bounds();
     context.saveGraphicsState();
     context.setFlipped(isFlipped());
+    // The bounds origin is the point of the view's own coordinates that sits at its corner.
+    context.translateBy(-m_boundsOrigin.x, -m_boundsOrigin.y);
     RectClip(bounds);
     effectiveAppearance()->performAsCurrentDrawingAppearance([&] {
+        context.saveGraphicsState();
         if (m_layer && m_layer->backgroundColor()) {
             Color::colorWithCGColor(m_layer->backgroundColor())->setFill();
             RectFillUsingOperation(bounds, CompositingOperation::SourceOver);
         }
         drawRect(bounds);
+        context.restoreGraphicsState();
     });
-    context.restoreGraphicsState();
     for (const auto& subview : m_subviews) {
         if (subview->isHidden())
             continue;
@@ -139,6 +155,7 @@ void View::drawSubtree(GraphicsContext& context) {
         subview->drawSubtree(context);
         context.restoreGraphicsState();
     }
+    context.restoreGraphicsState();
 }
 
 void View::displayRectIgnoringOpacity(Rect) {

@@ -16,6 +16,7 @@ class BitmapImageRep;
 class ConstraintLayoutEngine;
 class GraphicsContext;
 class Layer;
+class ScrollView;
 class Window;
 
 constexpr double ViewNoIntrinsicMetric = -1;
@@ -34,7 +35,10 @@ public:
     virtual void setFrame(Rect frame);
     void setFrameSize(Size size) { setFrame({m_frame.origin, size}); }
     void setFrameOrigin(Point origin) { setFrame({origin, m_frame.size}); }
-    Rect bounds() const { return {{0, 0}, m_frame.size}; }
+    // The view's own coordinate rectangle: its size, at the bounds origin (a clip view moves the
+    // origin to scroll its document).
+    Rect bounds() const { return {m_boundsOrigin, m_frame.size}; }
+    void setBoundsOrigin(Point origin);
     virtual bool isFlipped() const { return false; }
 
     // --- Tree -------------------------------------------------------------------------------
@@ -44,6 +48,8 @@ public:
     void addSubview(const Ref<View>& view);
     void removeFromSuperview();
     bool isDescendantOf(const View& view) const;
+    // The nearest scroll view above this view, or nil.
+    Ref<ScrollView> enclosingScrollView() const;
     virtual void viewWillMoveToSuperview(const Ref<View>&) {}
     virtual void viewDidMoveToSuperview() {}
     // The window of the tree's root, or nil.
@@ -139,6 +145,7 @@ private:
     void drawSubtree(GraphicsContext& context);
 
     Rect m_frame;
+    Point m_boundsOrigin;
     WeakRef<Window> m_window;
     Ref<Appearance> m_appearance;
     Ref<Layer> m_layer;
