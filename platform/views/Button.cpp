@@ -202,6 +202,22 @@ void Button::drawImageAndTitle(Rect content) {
     }
 }
 
+// A tick for a check box, a dot for a radio button, in white on the selected fill.
+void Button::drawMark(Rect box) {
+    Color::whiteColor()->set();
+    if (m_buttonType == ButtonType::Radio) {
+        BezierPath::bezierPathWithOvalInRect(box.insetBy(4.5, 4.5))->fill();
+        return;
+    }
+    double top = isFlipped() ? box.minY() : box.maxY(), down = isFlipped() ? 1 : -1;
+    auto tick = BezierPath::make();
+    tick->setLineWidth(2);
+    tick->moveToPoint({box.minX() + 3, top + down * 7.5});
+    tick->lineToPoint({box.minX() + 6, top + down * 10.5});
+    tick->lineToPoint({box.minX() + 11, top + down * 3.5});
+    tick->stroke();
+}
+
 void Button::drawRect(Rect) {
     Rect bounds = this->bounds();
     if (isCheckOrRadio()) {
@@ -214,6 +230,8 @@ void Button::drawRect(Rect) {
         path->fill();
         Color::separatorColor()->setStroke();
         path->stroke();
+        if (state() == ControlStateValueOn)
+            drawMark(box);
         drawImageAndTitle({CheckBoxSize + ImageTitleGap, 0, bounds.width() - CheckBoxSize - ImageTitleGap,
                            bounds.height()});
         return;

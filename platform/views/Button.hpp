@@ -80,6 +80,7 @@ private:
     Ref<AttributedString> titleToDraw() const;
     Size imageSizeIn(Size available) const;
     void drawImageAndTitle(Rect content);
+    void drawMark(Rect box);
     bool isCheckOrRadio() const {
         return m_buttonType == ButtonType::Switch || m_buttonType == ButtonType::Radio;
     }
