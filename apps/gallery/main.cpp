@@ -1,15 +1,18 @@
 // The gallery renders the kit's scenes, light and dark, to PNG files and an index.html.
-#include <filesystem>
-#include <fstream>
+#include "apps/gallery/Gallery.hpp"
+
 #include <iostream>
 
 int main(int argc, char** argv) {
     const std::filesystem::path out = argc > 1 ? argv[1] : "out/gallery";
     std::filesystem::create_directories(out);
-    std::ofstream index(out / "index.html");
-    index
-        << "<!doctype html>\n<html><head><meta charset=\"utf-8\"><title>CorvaneUIKit gallery</title></head>\n"
-        << "<body><h1>CorvaneUIKit gallery</h1><p>No scenes yet.</p></body></html>\n";
-    std::cout << "gallery: no scenes yet; wrote " << (out / "index.html").string() << "\n";
+    std::vector<std::pair<const gallery::Scene*, std::pair<std::string, std::string>>> rendered;
+    for (const auto& scene : gallery::scenes()) {
+        rendered.emplace_back(&scene, gallery::renderScene(scene, out));
+        std::cout << "gallery: " << scene.name << " -> " << rendered.back().second.first << ", "
+                  << rendered.back().second.second << "\n";
+    }
+    gallery::writeIndex(out, rendered);
+    std::cout << "gallery: " << rendered.size() << " scenes; open " << (out / "index.html").string() << "\n";
     return 0;
 }
