@@ -64,7 +64,7 @@ ns::Ref<ns::View> buildForm() {
 }
 
 gallery::SceneRegistration form{
-    {"form", "A form in stacks",
+    {10, "form", "A form in stacks",
      "Labels, fields, a check box and buttons in nested stack views, placed by the "
      "constraint solver: rows aligned on their text baselines, buttons in the "
      "trailing gravity of their row.",

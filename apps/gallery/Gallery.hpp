@@ -11,6 +11,7 @@ namespace gallery {
 
 // One picture of the gallery: a view tree built fresh for each appearance.
 struct Scene {
+    int order;        // place in the index: scenes are shown by this, then by name
     std::string name; // file name stem
     std::string title;
     std::string caption;
