@@ -140,15 +140,15 @@ size_t parseConversion(std::string_view format, size_t i, Conversion& conversion
 }
 
 template <class T>
-std::string printfOne(const std::string& spec, T value) {
+std::string printfOne(const std::string& pattern, T value) {
     char small[128];
-    int length = std::snprintf(small, sizeof small, spec.c_str(), value);
+    int length = std::snprintf(small, sizeof small, pattern.c_str(), value);
     if (length < 0)
         return {};
     if (static_cast<size_t>(length) < sizeof small)
         return std::string(small, static_cast<size_t>(length));
     std::string big(static_cast<size_t>(length) + 1, '\0');
-    std::snprintf(big.data(), big.size(), spec.c_str(), value);
+    std::snprintf(big.data(), big.size(), pattern.c_str(), value);
     big.resize(static_cast<size_t>(length));
     return big;
 }
