@@ -24,6 +24,8 @@ public:
 
     bool operator==(const LayoutVariable& other) const { return m_data == other.m_data; }
     std::size_t hash() const { return std::hash<const void*>{}(m_data.get()); }
+    // What equality compares: the same for every copy, different for every variable.
+    const void* identity() const { return m_data.get(); }
 
     // "name = value", or "<variable> = value" for an unnamed one.
     std::string description() const;

@@ -35,6 +35,8 @@ public:
 
     bool operator==(const SolverConstraint& other) const { return m_data == other.m_data; }
     std::size_t hash() const { return std::hash<const void*>{}(m_data.get()); }
+    // What equality compares: the same for every copy, different for every constraint.
+    const void* identity() const { return m_data.get(); }
 
     // "x + -1 * y + -8 == 0 @750" (no "@" part when required).
     std::string description() const;

@@ -51,7 +51,7 @@ SolverImpl::SolverImpl() : m_objective(m_tableau) {}
 // Adding a constraint
 
 SolverStatus SolverImpl::addConstraint(const SolverConstraint& constraint) {
-    if (m_constraints.contains(constraint)) {
+    if (m_recordIndex.contains(constraint.identity())) {
         return SolverStatus::DuplicateConstraint;
     }
     if (!isValidPriority(constraint.priority())) {
@@ -60,18 +60,17 @@ SolverStatus SolverImpl::addConstraint(const SolverConstraint& constraint) {
     if (!isFinite(constraint.expression())) {
         return SolverStatus::InvalidValue;
     }
-    ConstraintRecord record;
+    ConstraintRecord record{constraint};
     Row row = makeRow(constraint, record);
     if (!placeRow(std::move(row), record)) {
         discardSymbol(record.marker);
         discardSymbol(record.other);
-        for (const LayoutVariable& variable : record.variables) {
-            releaseVariable(variable);
-        }
+        releaseVariables(constraint);
         return SolverStatus::UnsatisfiableConstraint;
     }
     addErrorsToObjective(record, 1.0);
-    m_constraints.emplace(constraint, std::move(record));
+    m_recordIndex.findOrInsert(constraint.identity()).first[0] = static_cast<std::uint32_t>(m_records.size());
+    m_records.push_back(std::move(record));
     restoreOptimality();
     return SolverStatus::Ok;
 }
@@ -88,7 +87,6 @@ solver::Row SolverImpl::makeRow(const SolverConstraint& constraint, ConstraintRe
     Row row(record.sign * expression.constant());
     for (const LayoutTerm& term : expression.terms()) {
         row.add(acquireVariable(term.variable), record.sign * term.coefficient);
-        record.variables.push_back(term.variable);
     }
 
     if (constraint.relation() == SolverConstraint::Relation::Equal) {
@@ -323,20 +321,18 @@ void SolverImpl::addErrorsToObjective(const ConstraintRecord& record, double fac
 // Removing a constraint
 
 SolverStatus SolverImpl::removeConstraint(const SolverConstraint& constraint) {
-    auto found = m_constraints.find(constraint);
-    if (found == m_constraints.end()) {
+    ConstraintRecord* found = recordFor(constraint);
+    if (!found) {
         return SolverStatus::UnknownConstraint;
     }
-    ConstraintRecord record = std::move(found->second);
-    m_constraints.erase(found);
+    ConstraintRecord record = *found;
+    eraseRecord(constraint);
 
     addErrorsToObjective(record, -1.0);
     eliminateMarker(record.marker);
     discardSymbol(record.marker);
     discardSymbol(record.other);
-    for (const LayoutVariable& variable : record.variables) {
-        releaseVariable(variable);
-    }
+    releaseVariables(constraint);
     restoreOptimality();
     return SolverStatus::Ok;
 }
@@ -449,14 +445,14 @@ void SolverImpl::discardSymbol(Symbol symbol) {
 // Changing constants and priorities
 
 SolverStatus SolverImpl::setConstant(const SolverConstraint& constraint, double constant) {
-    auto found = m_constraints.find(constraint);
-    if (found == m_constraints.end()) {
+    ConstraintRecord* found = recordFor(constraint);
+    if (!found) {
         return SolverStatus::UnknownConstraint;
     }
     if (!std::isfinite(constant)) {
         return SolverStatus::InvalidValue;
     }
-    ConstraintRecord& record = found->second;
+    ConstraintRecord& record = *found;
     double delta = record.sign * (constant - record.constant);
     if (delta != 0) {
         // Only a required constant can make the system infeasible (preferences absorb any value),
@@ -491,14 +487,14 @@ void SolverImpl::shiftConstant(const ConstraintRecord& record, double delta) {
 }
 
 SolverStatus SolverImpl::setPriority(const SolverConstraint& constraint, float priority) {
-    auto found = m_constraints.find(constraint);
-    if (found == m_constraints.end()) {
+    ConstraintRecord* found = recordFor(constraint);
+    if (!found) {
         return SolverStatus::UnknownConstraint;
     }
     if (!isValidPriority(priority)) {
         return SolverStatus::InvalidPriority;
     }
-    ConstraintRecord& record = found->second;
+    ConstraintRecord& record = *found;
     if (priority == record.priority) {
         return SolverStatus::Ok;
     }
@@ -809,44 +805,67 @@ bool SolverImpl::mentionsMarked(const Row& row, std::uint32_t mark) const {
 void SolverImpl::updateVariables() {
     if (!m_values.isCompiledFor(m_tableau, m_externalsVersion)) {
         m_externalSymbols.clear();
-        for (const auto& external : m_externals) {
-            m_externalSymbols.push_back(external.first);
+        for (const External& external : m_externals) {
+            m_externalSymbols.push_back(external.symbol);
         }
         m_values.compile(m_tableau, m_externalSymbols, m_externalsVersion);
     }
     m_values.run(m_tableau);
     for (std::size_t i = 0; i < m_externals.size(); ++i) {
-        m_externals[i].second.setValue(m_values.value(i));
+        m_externals[i].variable.setValue(m_values.value(i));
     }
 }
 
 // ---------------------------------------------------------------------------------------------
 // Variables
 
-solver::Symbol SolverImpl::acquireVariable(const LayoutVariable& variable) {
-    auto [found, inserted] = m_variables.try_emplace(variable);
-    VariableRecord& record = found->second;
-    if (inserted) {
-        record.symbol = m_tableau.createSymbol(SymbolKind::External);
-        record.index = m_externals.size();
-        m_externals.emplace_back(record.symbol, variable);
-        ++m_externalsVersion;
-    }
-    ++record.uses;
-    return record.symbol;
+SolverImpl::ConstraintRecord* SolverImpl::recordFor(const SolverConstraint& constraint) {
+    const std::uint32_t* index = m_recordIndex.find(constraint.identity());
+    return index ? &m_records[*index] : nullptr;
 }
 
-void SolverImpl::releaseVariable(const LayoutVariable& variable) {
-    auto found = m_variables.find(variable);
-    if (found == m_variables.end() || --found->second.uses > 0) {
+void SolverImpl::eraseRecord(const SolverConstraint& constraint) {
+    std::uint32_t index = *m_recordIndex.find(constraint.identity());
+    m_recordIndex.erase(constraint.identity());
+    if (index + 1 != m_records.size()) {
+        m_records[index] = std::move(m_records.back());
+        *m_recordIndex.find(m_records[index].constraint.identity()) = index;
+    }
+    m_records.pop_back();
+}
+
+solver::Symbol SolverImpl::acquireVariable(const LayoutVariable& variable) {
+    auto [symbol, inserted] = m_variableSymbols.findOrInsert(variable.identity());
+    if (!inserted) {
+        ++m_externals[m_externalIndex[*symbol]].uses;
+        return *symbol;
+    }
+    *symbol = m_tableau.createSymbol(SymbolKind::External);
+    if (m_externalIndex.size() <= *symbol) {
+        m_externalIndex.resize(m_tableau.symbolCapacity());
+    }
+    m_externalIndex[*symbol] = static_cast<std::uint32_t>(m_externals.size());
+    m_externals.push_back({variable, *symbol, 1});
+    ++m_externalsVersion;
+    return *symbol;
+}
+
+void SolverImpl::releaseVariables(const SolverConstraint& constraint) {
+    for (const LayoutTerm& term : constraint.expression().terms()) {
+        releaseVariable(*m_variableSymbols.find(term.variable.identity()));
+    }
+}
+
+void SolverImpl::releaseVariable(Symbol symbol) {
+    std::uint32_t index = m_externalIndex[symbol];
+    if (--m_externals[index].uses > 0) {
         return;
     }
-    VariableRecord record = found->second;
-    m_variables.erase(found);
-    discardSymbol(record.symbol);
-    if (record.index + 1 != m_externals.size()) {
-        m_externals[record.index] = std::move(m_externals.back());
-        m_variables[m_externals[record.index].second].index = record.index;
+    m_variableSymbols.erase(m_externals[index].variable.identity());
+    discardSymbol(symbol);
+    if (index + 1 != m_externals.size()) {
+        m_externals[index] = std::move(m_externals.back());
+        m_externalIndex[m_externals[index].symbol] = index;
     }
     m_externals.pop_back();
     ++m_externalsVersion;
@@ -871,9 +890,11 @@ void SolverImpl::rollbackJournal() {
 }
 
 void SolverImpl::reset() {
-    m_constraints.clear();
-    m_variables.clear();
+    m_recordIndex.clear();
+    m_records.clear();
+    m_variableSymbols.clear();
     m_externals.clear();
+    m_externalIndex.clear();
     m_edits.clear();
     m_tableau.clear();
     m_objective.clear();
@@ -883,18 +904,15 @@ void SolverImpl::reset() {
 }
 
 bool SolverImpl::hasConstraint(const SolverConstraint& constraint) const {
-    return m_constraints.contains(constraint);
+    return m_recordIndex.contains(constraint.identity());
 }
 
 std::string SolverImpl::symbolName(Symbol symbol) const {
     switch (m_tableau.kind(symbol)) {
-    case SymbolKind::External:
-        for (const auto& [external, variable] : m_externals) {
-            if (external == symbol && !variable.name().empty()) {
-                return variable.name();
-            }
-        }
-        return "v" + std::to_string(symbol);
+    case SymbolKind::External: {
+        const std::string& name = m_externals[m_externalIndex[symbol]].variable.name();
+        return name.empty() ? "v" + std::to_string(symbol) : name;
+    }
     case SymbolKind::Slack:
         return "s" + std::to_string(symbol);
     case SymbolKind::Error:
@@ -918,11 +936,11 @@ std::string SolverImpl::rowDescription(const Row& row) const {
 }
 
 std::string SolverImpl::description() const {
-    std::string text = "Solver: " + std::to_string(m_constraints.size()) + " constraints, " +
+    std::string text = "Solver: " + std::to_string(m_records.size()) + " constraints, " +
                        std::to_string(m_edits.size()) + " edit variables, " +
                        std::to_string(m_tableau.rowCount()) + " rows\n";
-    for (const auto& [constraint, record] : m_constraints) {
-        text += "  constraint " + constraint.description() + "\n";
+    for (const ConstraintRecord& record : m_records) {
+        text += "  constraint " + record.constraint.description() + "\n";
     }
     std::vector<RowId> rows;
     m_tableau.forEachRow([&](RowId id) { rows.push_back(id); });

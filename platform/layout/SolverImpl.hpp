@@ -3,6 +3,7 @@
 #include "platform/layout/LayoutVariable.hpp"
 #include "platform/layout/SolverConstraint.hpp"
 #include "platform/layout/SolverStatus.hpp"
+#include "platform/layout/solver/FlatMap.hpp"
 #include "platform/layout/solver/Objective.hpp"
 #include "platform/layout/solver/Row.hpp"
 #include "platform/layout/solver/Tableau.hpp"
@@ -49,7 +50,7 @@ public:
     void updateVariables();
     void reset();
 
-    std::size_t constraintCount() const { return m_constraints.size(); }
+    std::size_t constraintCount() const { return m_records.size(); }
     std::string description() const;
 
 private:
@@ -58,6 +59,8 @@ private:
     using Row = solver::Row;
 
     struct ConstraintRecord {
+        // Held so that its identity, the key of m_recordIndex, stays taken while it is here.
+        SolverConstraint constraint;
         // The marker identifies the constraint's equation inside every row; `other` is the second
         // symbol a preference brings (NoSymbol when there is none).
         Symbol marker = solver::NoSymbol;
@@ -68,14 +71,13 @@ private:
         double markerCoefficient = 1;
         double constant = 0;
         float priority = SolverConstraint::Required;
-        std::vector<LayoutVariable> variables;
 
         bool isRequired() const { return priority >= SolverConstraint::Required; }
     };
-    struct VariableRecord {
-        Symbol symbol = solver::NoSymbol;
-        std::uint32_t uses = 0;
-        std::size_t index = 0; // into m_externals
+    struct External {
+        LayoutVariable variable;
+        Symbol symbol;
+        std::uint32_t uses; // constraints that mention the variable
     };
 
     // Adding.
@@ -113,9 +115,12 @@ private:
     void markDependents(Symbol symbol, std::uint32_t mark);
     bool mentionsMarked(const Row& row, std::uint32_t mark) const;
 
-    // Variables.
+    // Records.
+    ConstraintRecord* recordFor(const SolverConstraint& constraint);
+    void eraseRecord(const SolverConstraint& constraint);
     Symbol acquireVariable(const LayoutVariable& variable);
-    void releaseVariable(const LayoutVariable& variable);
+    void releaseVariables(const SolverConstraint& constraint);
+    void releaseVariable(Symbol symbol);
 
     void beginJournal();
     void commitJournal();
@@ -126,9 +131,14 @@ private:
 
     solver::Tableau m_tableau;
     solver::Objective m_objective;
-    std::unordered_map<SolverConstraint, ConstraintRecord> m_constraints;
-    std::unordered_map<LayoutVariable, VariableRecord> m_variables;
-    std::vector<std::pair<Symbol, LayoutVariable>> m_externals;
+    // Constraints by identity, as indexes into m_records (kept dense).
+    solver::FlatMap<const void*, std::uint32_t> m_recordIndex;
+    std::vector<ConstraintRecord> m_records;
+    // Layout variables by identity, and what the solver knows of each (m_externalIndex maps a
+    // variable's symbol to its place in m_externals, which is kept dense).
+    solver::FlatMap<const void*, Symbol> m_variableSymbols;
+    std::vector<External> m_externals;
+    std::vector<std::uint32_t> m_externalIndex;
     std::unordered_map<LayoutVariable, SolverConstraint> m_edits;
     std::priority_queue<Symbol, std::vector<Symbol>, std::greater<Symbol>> m_infeasible;
 

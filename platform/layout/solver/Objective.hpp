@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/layout/solver/FlatSymbolMap.hpp"
+#include "platform/layout/solver/FlatMap.hpp"
 #include "platform/layout/solver/Row.hpp"
 #include "platform/layout/solver/SymbolicWeight.hpp"
 #include "platform/layout/solver/Tableau.hpp"

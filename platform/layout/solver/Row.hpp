@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/layout/solver/FlatSymbolMap.hpp"
+#include "platform/layout/solver/FlatMap.hpp"
 #include "platform/layout/solver/Symbol.hpp"
 
 #include <cstdint>
@@ -33,8 +33,10 @@ public:
     void setConstant(double constant) { m_constant = constant; }
     void addToConstant(double delta) { m_constant += delta; }
 
-    const FlatSymbolMap<Cell>& cells() const { return m_cells; }
-    FlatSymbolMap<Cell>& cells() { return m_cells; }
+    using Cells = FlatSymbolMap<Cell, 4>; // most rows have three cells or fewer
+
+    const Cells& cells() const { return m_cells; }
+    Cells& cells() { return m_cells; }
     double coefficientFor(Symbol symbol) const {
         const Cell* cell = m_cells.find(symbol);
         return cell ? cell->coefficient : 0;
@@ -98,7 +100,7 @@ public:
     void solveFor(Symbol symbol);
 
 private:
-    FlatSymbolMap<Cell> m_cells;
+    Cells m_cells;
     double m_constant = 0;
 };
 

@@ -121,8 +121,8 @@ bool Tableau::mark(Symbol symbol, std::uint32_t mark) {
 }
 
 void Tableau::ColumnKeeper::added(Symbol symbol, Cell& cell) {
-    std::vector<RowId>& column = tableau.m_symbols[symbol].column;
-    cell.columnPosition = static_cast<std::uint32_t>(column.size());
+    ColumnList& column = tableau.m_symbols[symbol].column;
+    cell.columnPosition = column.size();
     column.push_back(id);
 }
 
@@ -131,7 +131,7 @@ void Tableau::ColumnKeeper::removed(Symbol symbol, const Cell& cell) {
 }
 
 void Tableau::removeFromColumn(Symbol symbol, std::uint32_t position) {
-    std::vector<RowId>& column = m_symbols[symbol].column;
+    ColumnList& column = m_symbols[symbol].column;
     RowId moved = column.back();
     column[position] = moved;
     column.pop_back();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/layout/solver/ColumnList.hpp"
 #include "platform/layout/solver/Row.hpp"
 #include "platform/layout/solver/Symbol.hpp"
 
@@ -29,7 +30,7 @@ public:
     bool isRestricted(Symbol symbol) const { return m_symbols[symbol].kind != SymbolKind::External; }
     RowId rowOf(Symbol symbol) const { return m_symbols[symbol].row; }
     // Rows whose cells mention the symbol (its own row, if basic, is not among them).
-    const std::vector<RowId>& column(Symbol symbol) const { return m_symbols[symbol].column; }
+    const ColumnList& column(Symbol symbol) const { return m_symbols[symbol].column; }
     // A symbol that is neither basic nor mentioned anywhere.
     bool isUnused(Symbol symbol) const { return !isBasic(symbol) && column(symbol).empty(); }
     std::size_t symbolCapacity() const { return m_symbols.size(); }
@@ -83,7 +84,7 @@ private:
         SymbolKind kind = SymbolKind::External;
         RowId row = NoRow;
         std::uint32_t mark = 0;
-        std::vector<RowId> column;
+        ColumnList column;
     };
     struct RowSlot {
         Symbol subject = NoSymbol;
