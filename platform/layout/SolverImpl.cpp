@@ -178,12 +178,8 @@ bool SolverImpl::placeLazily(Row& row) {
         if (used.symbol == NoSymbol) {
             return false;
         }
-        if (mentionsBasic) {
-            std::uint32_t mark = m_tableau.newMark();
-            markDependents(used.symbol, mark);
-            if (mentionsMarked(row, mark)) {
-                return false;
-            }
+        if (mentionsBasic && refersToDependentOf(row, used.symbol)) {
+            return false;
         }
         subject = used.symbol;
     }
@@ -413,11 +409,12 @@ solver::RowId SolverImpl::markerLeavingRow(Symbol marker) {
     if (!anyVariableRow) {
         return NoRow;
     }
-    std::uint32_t mark = m_tableau.newMark();
-    markDependents(marker, mark);
-    for (RowId id : m_tableau.column(marker)) {
+    // A basic symbol can depend on the marker only through a row that mentions it, so when one
+    // row is all there is, it is the one.
+    const solver::ColumnList& column = m_tableau.column(marker);
+    for (RowId id : column) {
         if (!m_tableau.isRestrictedRow(id) && canPivotOn(m_tableau.row(id).coefficientFor(marker)) &&
-            !mentionsMarked(m_tableau.row(id), mark)) {
+            (column.size() == 1 || !refersToDependentOf(m_tableau.row(id), marker))) {
             return id;
         }
     }
@@ -778,27 +775,47 @@ solver::Row SolverImpl::expanded(const Row& row) {
     return result;
 }
 
-// Marks every basic symbol whose value depends on `symbol`.
-void SolverImpl::markDependents(Symbol symbol, std::uint32_t mark) {
-    m_symbolScratch.clear();
-    m_symbolScratch.push_back(symbol);
-    while (!m_symbolScratch.empty()) {
-        Symbol current = m_symbolScratch.back();
-        m_symbolScratch.pop_back();
-        for (RowId id : m_tableau.column(current)) {
-            Symbol subject = m_tableau.subject(id);
-            if (m_tableau.mark(subject, mark)) {
-                m_symbolScratch.push_back(subject);
+// Whether a basic symbol the row refers to depends on `symbol` (so making a row that refers to
+// it the row of `symbol` would close a cycle). Searches from both ends at once: forward through
+// the rows that mention `symbol`, backward through the rows the references are made of. Near
+// either end of a long chain one side runs out after a few steps, so the answer costs about the
+// smaller of the two searches.
+bool SolverImpl::refersToDependentOf(const Row& row, Symbol symbol) {
+    std::uint32_t forwardMark = m_tableau.newMark();
+    std::uint32_t backwardMark = m_tableau.newMark();
+    std::vector<Symbol>& forward = m_symbolScratch;
+    std::vector<Symbol>& backward = m_backwardScratch;
+    forward.assign(1, symbol);
+    m_tableau.mark(symbol, forwardMark);
+    backward.clear();
+    bool found = false;
+    row.cells().forEach([&](Symbol reference, const Cell&) {
+        if (m_tableau.isBasic(reference) && m_tableau.mark(reference, backwardMark)) {
+            backward.push_back(reference);
+        }
+    });
+    while (!forward.empty() && !backward.empty() && !found) {
+        Symbol ahead = forward.back();
+        forward.pop_back();
+        for (RowId id : m_tableau.column(ahead)) {
+            Symbol dependent = m_tableau.subject(id);
+            if (m_tableau.isMarked(dependent, backwardMark)) {
+                return true;
+            }
+            if (m_tableau.mark(dependent, forwardMark)) {
+                forward.push_back(dependent);
             }
         }
+        Symbol behind = backward.back();
+        backward.pop_back();
+        m_tableau.row(m_tableau.rowOf(behind)).cells().forEach([&](Symbol reference, const Cell&) {
+            if (reference == symbol || m_tableau.isMarked(reference, forwardMark)) {
+                found = true;
+            } else if (m_tableau.isBasic(reference) && m_tableau.mark(reference, backwardMark)) {
+                backward.push_back(reference);
+            }
+        });
     }
-}
-
-bool SolverImpl::mentionsMarked(const Row& row, std::uint32_t mark) const {
-    bool found = false;
-    row.cells().forEach([&](Symbol symbol, const Cell&) {
-        found = found || (m_tableau.isBasic(symbol) && m_tableau.isMarked(symbol, mark));
-    });
     return found;
 }
 

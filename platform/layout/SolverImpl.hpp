@@ -112,8 +112,7 @@ private:
 
     // The graph of variable rows.
     Row expanded(const Row& row);
-    void markDependents(Symbol symbol, std::uint32_t mark);
-    bool mentionsMarked(const Row& row, std::uint32_t mark) const;
+    bool refersToDependentOf(const Row& row, Symbol symbol);
 
     // Records.
     ConstraintRecord* recordFor(const SolverConstraint& constraint);
@@ -145,6 +144,7 @@ private:
     // Scratch space reused across calls.
     std::vector<RowId> m_rowScratch;
     std::vector<Symbol> m_symbolScratch;
+    std::vector<Symbol> m_backwardScratch;
     std::vector<std::pair<Symbol, bool>> m_walk;
     solver::ValueProgram m_values;
     std::vector<Symbol> m_externalSymbols;

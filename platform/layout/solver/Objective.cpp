@@ -1,5 +1,7 @@
 #include "platform/layout/solver/Objective.hpp"
 
+#include <algorithm>
+
 namespace ns::solver {
 
 SymbolicWeight* Objective::cellForChange(Symbol symbol) {
@@ -9,11 +11,14 @@ SymbolicWeight* Objective::cellForChange(Symbol symbol) {
         }
         if (m_journalStamp[symbol] != m_journalCounter) {
             m_journalStamp[symbol] = m_journalCounter;
-            const SymbolicWeight* current = m_cells.find(symbol);
+            const SymbolicWeight* current = weightFor(symbol);
             m_saved.emplace_back(symbol, current ? std::optional<SymbolicWeight>(*current) : std::nullopt);
         }
     }
-    return m_cells.findOrInsert(symbol).first;
+    if (m_cells.size() <= symbol) {
+        m_cells.resize(std::max<std::size_t>(m_tableau.symbolCapacity(), symbol + 1));
+    }
+    return &m_cells[symbol];
 }
 
 void Objective::add(Symbol symbol, float priority, double value) {
@@ -28,7 +33,7 @@ void Objective::addRow(const Row& row, float priority, double value) {
 }
 
 void Objective::substitute(Symbol symbol, const Row& expression) {
-    const SymbolicWeight* found = m_cells.find(symbol);
+    const SymbolicWeight* found = weightFor(symbol);
     if (!found) {
         return;
     }
@@ -42,15 +47,13 @@ void Objective::substitute(Symbol symbol, const Row& expression) {
 }
 
 void Objective::erase(Symbol symbol) {
-    if (m_cells.contains(symbol)) {
-        cellForChange(symbol);
-        m_cells.erase(symbol);
+    if (weightFor(symbol)) {
+        *cellForChange(symbol) = SymbolicWeight();
     }
 }
 
 void Objective::changed(Symbol symbol, const SymbolicWeight& weight) {
     if (weight.isZero()) {
-        m_cells.erase(symbol);
         return;
     }
     if (!wantsToEnter(symbol, weight)) {
@@ -75,7 +78,7 @@ Symbol Objective::nextEntering() {
         Symbol symbol = m_queue.top();
         m_queue.pop();
         m_queued[symbol] = 0;
-        const SymbolicWeight* weight = m_cells.find(symbol);
+        const SymbolicWeight* weight = weightFor(symbol);
         if (weight && wantsToEnter(symbol, *weight)) {
             return symbol;
         }
@@ -96,11 +99,7 @@ void Objective::commitJournal() {
 void Objective::rollbackJournal() {
     m_journaling = false;
     for (auto& [symbol, weight] : m_saved) {
-        if (weight) {
-            *m_cells.findOrInsert(symbol).first = std::move(*weight);
-        } else {
-            m_cells.erase(symbol);
-        }
+        m_cells[symbol] = weight ? std::move(*weight) : SymbolicWeight();
     }
     m_saved.clear();
     // The state being restored was optimal, so nothing from the failed attempt stays queued.

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/layout/solver/FlatMap.hpp"
 #include "platform/layout/solver/Row.hpp"
 #include "platform/layout/solver/SymbolicWeight.hpp"
 #include "platform/layout/solver/Tableau.hpp"
@@ -23,8 +22,9 @@ class Objective {
 public:
     explicit Objective(const Tableau& tableau) : m_tableau(tableau) {}
 
-    const SymbolicWeight* weightFor(Symbol symbol) const { return m_cells.find(symbol); }
-    std::size_t size() const { return m_cells.size(); }
+    const SymbolicWeight* weightFor(Symbol symbol) const {
+        return symbol < m_cells.size() && !m_cells[symbol].isZero() ? &m_cells[symbol] : nullptr;
+    }
 
     // cell(symbol) += value at `priority`.
     void add(Symbol symbol, float priority, double value);
@@ -40,9 +40,14 @@ public:
     // Forgets every queued symbol (the simplex gave up on them).
     void clearQueue();
 
+    // Calls f(symbol, weight) for every non-zero cell.
     template <typename F>
     void forEach(F&& f) const {
-        m_cells.forEach(f);
+        for (Symbol symbol = 0; symbol < m_cells.size(); ++symbol) {
+            if (!m_cells[symbol].isZero()) {
+                f(symbol, m_cells[symbol]);
+            }
+        }
     }
 
     void beginJournal();
@@ -57,7 +62,9 @@ private:
     bool wantsToEnter(Symbol symbol, const SymbolicWeight& weight) const;
 
     const Tableau& m_tableau;
-    FlatSymbolMap<SymbolicWeight> m_cells;
+    // Indexed by symbol, zero where a symbol has no cell. Symbols are numbered as they are made,
+    // so the cells a change touches sit together, which a hash table would scatter.
+    std::vector<SymbolicWeight> m_cells;
     std::priority_queue<Symbol, std::vector<Symbol>, std::greater<Symbol>> m_queue;
     std::vector<std::uint8_t> m_queued;
 
