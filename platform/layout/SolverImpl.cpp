@@ -4,6 +4,7 @@
 #include <cassert>
 #include <cmath>
 #include <limits>
+#include <memory>
 
 namespace ns {
 
@@ -72,6 +73,9 @@ SolverStatus SolverImpl::addConstraint(const SolverConstraint& constraint) {
     m_recordIndex.findOrInsert(constraint.identity()).first[0] = static_cast<std::uint32_t>(m_records.size());
     m_records.push_back(std::move(record));
     restoreOptimality();
+    if (!m_rebuilding) {
+        checkDrift();
+    }
     return SolverStatus::Ok;
 }
 
@@ -245,10 +249,15 @@ bool SolverImpl::placeWithArtificialVariable(Row row) {
 }
 
 void SolverImpl::optimizePhaseOne(Row& phaseOne) {
+    // Symbols that turned out to have no row to stop them; only rounding produces those, and they
+    // are passed over so that the real candidates still get their turn.
+    std::vector<Symbol> unbounded;
     for (std::size_t budget = pivotBudget(); budget > 0; --budget) {
         Symbol entering = NoSymbol;
         phaseOne.cells().forEach([&](Symbol symbol, const Cell& cell) {
-            if (cell.coefficient < 0 && m_tableau.kind(symbol) != SymbolKind::Dummy && symbol < entering) {
+            if (cell.coefficient < -solver::OptimalityEpsilon &&
+                m_tableau.kind(symbol) != SymbolKind::Dummy && symbol < entering &&
+                std::find(unbounded.begin(), unbounded.end(), symbol) == unbounded.end()) {
                 entering = symbol;
             }
         });
@@ -257,7 +266,8 @@ void SolverImpl::optimizePhaseOne(Row& phaseOne) {
         }
         RowId leaving = primalLeavingRow(entering);
         if (leaving == NoRow) {
-            return;
+            unbounded.push_back(entering);
+            continue;
         }
         pivot(entering, leaving, &phaseOne);
     }
@@ -330,6 +340,7 @@ SolverStatus SolverImpl::removeConstraint(const SolverConstraint& constraint) {
     discardSymbol(record.other);
     releaseVariables(constraint);
     restoreOptimality();
+    checkDrift();
     return SolverStatus::Ok;
 }
 
@@ -464,6 +475,7 @@ SolverStatus SolverImpl::setConstant(const SolverConstraint& constraint, double 
     }
     record.constant = constant;
     constraint.m_data->expression.setConstant(constant);
+    checkDrift();
     return SolverStatus::Ok;
 }
 
@@ -503,6 +515,7 @@ SolverStatus SolverImpl::setPriority(const SolverConstraint& constraint, float p
         addErrorsToObjective(record, 1.0);
         constraint.m_data->priority = priority;
         restoreOptimality();
+        checkDrift();
         return SolverStatus::Ok;
     }
     // Between required and preferred the constraint's symbols differ: replace it.
@@ -565,6 +578,7 @@ SolverStatus SolverImpl::suggestValue(const LayoutVariable& variable, double val
 // Variable rows keep referring to it: it is basic now, and its row mentions only non-basic
 // symbols, so no cycle can form.
 void SolverImpl::pivot(Symbol entering, RowId id, Row* phaseOne) {
+    ++m_pivotsSinceCheck;
     m_tableau.pivot(id, entering);
     const Row& value = m_tableau.row(id);
     m_rowScratch.assign(m_tableau.column(entering).begin(), m_tableau.column(entering).end());
@@ -820,6 +834,13 @@ bool SolverImpl::refersToDependentOf(const Row& row, Symbol symbol) {
 }
 
 void SolverImpl::updateVariables() {
+    computeValues();
+    for (std::size_t i = 0; i < m_externals.size(); ++i) {
+        m_externals[i].variable.setValue(m_values.value(i));
+    }
+}
+
+void SolverImpl::computeValues() {
     if (!m_values.isCompiledFor(m_tableau, m_externalsVersion)) {
         m_externalSymbols.clear();
         for (const External& external : m_externals) {
@@ -828,9 +849,85 @@ void SolverImpl::updateVariables() {
         m_values.compile(m_tableau, m_externalSymbols, m_externalsVersion);
     }
     m_values.run(m_tableau);
-    for (std::size_t i = 0; i < m_externals.size(); ++i) {
-        m_externals[i].variable.setValue(m_values.value(i));
+}
+
+// Every pivot adds a little rounding error to the rows it rewrites, and a long life of adding
+// and removing conflicting constraints can let it grow until it decides which preference wins.
+// Required constraints must hold exactly, so how far the current values miss them measures that
+// error. They are checked once the pivots since the last check outnumber the rows (so checking
+// costs a constant per pivot), at the end of an operation that succeeded, and a tableau that has
+// drifted is rebuilt.
+void SolverImpl::checkDrift() {
+    if (m_pivotsSinceCheck < std::max<std::size_t>(20, m_tableau.rowCount() / 4)) {
+        return;
     }
+    m_pivotsSinceCheck = 0;
+    computeValues();
+    if (hasDrifted()) {
+        rebuild();
+    }
+}
+
+bool SolverImpl::hasDrifted() {
+    for (const ConstraintRecord& record : m_records) {
+        if (!record.isRequired()) {
+            continue;
+        }
+        const LayoutExpression& expression = record.constraint.expression();
+        double value = expression.constant();
+        double scale = 1 + std::fabs(value);
+        for (const LayoutTerm& term : expression.terms()) {
+            Symbol symbol = *m_variableSymbols.find(term.variable.identity());
+            double product = term.coefficient * m_values.value(m_externalIndex[symbol]);
+            value += product;
+            scale += std::fabs(product);
+        }
+        double miss = value;
+        if (record.constraint.relation() != SolverConstraint::Relation::Equal) {
+            miss = std::min(0.0, value * record.sign);
+        }
+        if (std::fabs(miss) > DriftTolerance * scale) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Builds the tableau again from the constraints as they are now (constants and priorities
+// included), which leaves only the rounding of one pass. The new state is built aside and taken
+// only if every constraint went in and it is accurate, so a rebuild can never lose a constraint.
+void SolverImpl::rebuild() {
+    auto fresh = std::make_unique<SolverImpl>();
+    fresh->m_rebuilding = true;
+    for (const ConstraintRecord& record : m_records) {
+        if (fresh->addConstraint(record.constraint) != SolverStatus::Ok) {
+            return;
+        }
+    }
+    fresh->computeValues();
+    if (fresh->hasDrifted()) {
+        return;
+    }
+    fresh->m_rebuilding = false;
+    fresh->m_edits = m_edits;
+    adoptState(*fresh);
+}
+
+void SolverImpl::adoptState(SolverImpl& other) {
+    std::swap(m_tableau, other.m_tableau);
+    std::swap(m_objective, other.m_objective);
+    m_objective.attach(m_tableau);
+    other.m_objective.attach(other.m_tableau);
+    std::swap(m_recordIndex, other.m_recordIndex);
+    std::swap(m_records, other.m_records);
+    std::swap(m_variableSymbols, other.m_variableSymbols);
+    std::swap(m_externals, other.m_externals);
+    std::swap(m_externalIndex, other.m_externalIndex);
+    std::swap(m_edits, other.m_edits);
+    std::swap(m_infeasible, other.m_infeasible);
+    std::swap(m_values, other.m_values);
+    m_externalsVersion = std::max(m_externalsVersion, other.m_externalsVersion) + 1;
+    m_pivotsSinceCheck = 0;
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -918,6 +1015,7 @@ void SolverImpl::reset() {
     m_infeasible = {};
     m_values.clear();
     ++m_externalsVersion;
+    m_pivotsSinceCheck = 0;
 }
 
 bool SolverImpl::hasConstraint(const SolverConstraint& constraint) const {

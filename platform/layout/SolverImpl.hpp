@@ -121,6 +121,13 @@ private:
     void releaseVariables(const SolverConstraint& constraint);
     void releaseVariable(Symbol symbol);
 
+    // Values and their upkeep.
+    void computeValues();
+    void checkDrift();
+    bool hasDrifted();
+    void rebuild();
+    void adoptState(SolverImpl& other);
+
     void beginJournal();
     void commitJournal();
     void rollbackJournal();
@@ -149,6 +156,10 @@ private:
     solver::ValueProgram m_values;
     std::vector<Symbol> m_externalSymbols;
     std::uint64_t m_externalsVersion = 1; // changes whenever m_externals does
+
+    static constexpr double DriftTolerance = 1.0e-9; // relative miss of a required constraint
+    std::size_t m_pivotsSinceCheck = 0;
+    bool m_rebuilding = false;
 };
 
 } // namespace ns

@@ -7,7 +7,7 @@ namespace ns::solver {
 SymbolicWeight* Objective::cellForChange(Symbol symbol) {
     if (m_journaling) {
         if (m_journalStamp.size() <= symbol) {
-            m_journalStamp.resize(m_tableau.symbolCapacity(), 0);
+            m_journalStamp.resize(m_tableau->symbolCapacity(), 0);
         }
         if (m_journalStamp[symbol] != m_journalCounter) {
             m_journalStamp[symbol] = m_journalCounter;
@@ -16,7 +16,7 @@ SymbolicWeight* Objective::cellForChange(Symbol symbol) {
         }
     }
     if (m_cells.size() <= symbol) {
-        m_cells.resize(std::max<std::size_t>(m_tableau.symbolCapacity(), symbol + 1));
+        m_cells.resize(std::max<std::size_t>(m_tableau->symbolCapacity(), symbol + 1));
     }
     return &m_cells[symbol];
 }
@@ -60,7 +60,7 @@ void Objective::changed(Symbol symbol, const SymbolicWeight& weight) {
         return;
     }
     if (m_queued.size() <= symbol) {
-        m_queued.resize(m_tableau.symbolCapacity(), 0);
+        m_queued.resize(m_tableau->symbolCapacity(), 0);
     }
     if (!m_queued[symbol]) {
         m_queued[symbol] = 1;
@@ -70,7 +70,7 @@ void Objective::changed(Symbol symbol, const SymbolicWeight& weight) {
 
 bool Objective::wantsToEnter(Symbol symbol, const SymbolicWeight& weight) const {
     // A dummy is pinned at zero, so it never enters.
-    return weight.sign() < 0 && m_tableau.kind(symbol) != SymbolKind::Dummy && !m_tableau.isBasic(symbol);
+    return weight.sign() < 0 && m_tableau->kind(symbol) != SymbolKind::Dummy && !m_tableau->isBasic(symbol);
 }
 
 Symbol Objective::nextEntering() {

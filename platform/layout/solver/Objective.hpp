@@ -20,7 +20,9 @@ namespace ns::solver {
 // which keeps degenerate pivots from cycling).
 class Objective {
 public:
-    explicit Objective(const Tableau& tableau) : m_tableau(tableau) {}
+    explicit Objective(const Tableau& tableau) : m_tableau(&tableau) {}
+    // Points the objective at the tableau of its owner again, after the two moved together.
+    void attach(const Tableau& tableau) { m_tableau = &tableau; }
 
     const SymbolicWeight* weightFor(Symbol symbol) const {
         return symbol < m_cells.size() && !m_cells[symbol].isZero() ? &m_cells[symbol] : nullptr;
@@ -61,7 +63,7 @@ private:
     void changed(Symbol symbol, const SymbolicWeight& weight);
     bool wantsToEnter(Symbol symbol, const SymbolicWeight& weight) const;
 
-    const Tableau& m_tableau;
+    const Tableau* m_tableau;
     // Indexed by symbol, zero where a symbol has no cell. Symbols are numbered as they are made,
     // so the cells a change touches sit together, which a hash table would scatter.
     std::vector<SymbolicWeight> m_cells;

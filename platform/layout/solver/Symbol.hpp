@@ -34,6 +34,11 @@ inline bool nearZeroConstant(double value) {
     return value < FeasibilityEpsilon && value > -FeasibilityEpsilon;
 }
 
+// Objective coefficients smaller than this count as zero when looking for a symbol to enter:
+// rounding noise in the objective must not send the simplex chasing improvements that are not
+// there (or, worse, past real ones, since entering candidates are taken lowest symbol first).
+inline constexpr double OptimalityEpsilon = 1.0e-6;
+
 // The smallest coefficient the simplex pivots on. Dividing by rounding noise would flood the
 // tableau with huge coefficients, so such cells are passed over as if they were zero.
 inline constexpr double PivotEpsilon = 1.0e-6;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/layout/solver/Symbol.hpp"
+
 #include <cstdint>
 #include <string>
 
@@ -22,7 +24,7 @@ public:
     // on purpose: a level is compared before every level below it, so rounding noise left in a
     // high level would otherwise hide a real cost at the levels under it and stop the simplex
     // short of the optimum.
-    static constexpr double Epsilon = 1.0e-6;
+    static constexpr double Epsilon = OptimalityEpsilon;
 
     SymbolicWeight() = default;
     SymbolicWeight(float priority, double value);
