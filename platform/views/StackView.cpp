@@ -37,11 +37,7 @@ std::vector<Ref<View>>& StackView::gravityList(StackViewGravity gravity) {
 }
 
 bool StackView::holds(const View* view) const {
-    for (const auto& list : m_gravities)
-        for (const auto& held : list)
-            if (held.get() == view)
-                return true;
-    return false;
+    return m_gravityOf.count(view) > 0;
 }
 
 void StackView::adopt(const Ref<View>& view) {
@@ -62,19 +58,24 @@ void StackView::setViews(const std::vector<Ref<View>>& views, StackViewGravity g
     if (!findGravityList(gravity))
         return;
     std::vector<Ref<View>> incoming;
+    std::unordered_map<const View*, bool> incomingSet;
     for (const auto& view : views)
-        if (view && view.get() != this)
+        if (view && view.get() != this && incomingSet.emplace(view.get(), true).second)
             incoming.push_back(view);
     // A view stands in one gravity only: take the incoming views out of the others.
-    for (auto& list : m_gravities)
-        if (&list != &gravityList(gravity))
-            std::erase_if(list, [&](const Ref<View>& held) {
-                return std::find(incoming.begin(), incoming.end(), held) != incoming.end();
-            });
+    for (const auto& view : incoming) {
+        auto found = m_gravityOf.find(view.get());
+        if (found != m_gravityOf.end() && indexOf(found->second) != indexOf(gravity))
+            std::erase(gravityList(found->second), view);
+    }
     std::vector<Ref<View>> previous = std::move(gravityList(gravity));
+    for (const auto& view : previous)
+        m_gravityOf.erase(view.get());
     gravityList(gravity) = incoming;
-    for (const auto& view : incoming)
+    for (const auto& view : incoming) {
+        m_gravityOf[view.get()] = gravity;
         adopt(view);
+    }
     for (const auto& view : previous)
         releaseIfUnheld(view);
     rearrange();
@@ -89,8 +90,9 @@ void StackView::addView(const Ref<View>& view, StackViewGravity gravity) {
 void StackView::insertView(const Ref<View>& view, uint64_t index, StackViewGravity gravity) {
     if (!view || view.get() == this || !findGravityList(gravity))
         return;
-    for (auto& list : m_gravities)
-        std::erase(list, view);
+    if (auto found = m_gravityOf.find(view.get()); found != m_gravityOf.end())
+        std::erase(gravityList(found->second), view);
+    m_gravityOf[view.get()] = gravity;
     auto& list = gravityList(gravity);
     list.insert(list.begin() + static_cast<std::ptrdiff_t>(std::min<uint64_t>(index, list.size())), view);
     adopt(view);
@@ -98,10 +100,11 @@ void StackView::insertView(const Ref<View>& view, uint64_t index, StackViewGravi
 }
 
 void StackView::removeView(const Ref<View>& view) {
-    if (!view || !holds(view.get()))
+    auto found = view ? m_gravityOf.find(view.get()) : m_gravityOf.end();
+    if (found == m_gravityOf.end())
         return;
-    for (auto& list : m_gravities)
-        std::erase(list, view);
+    std::erase(gravityList(found->second), view);
+    m_gravityOf.erase(found);
     releaseIfUnheld(view);
     rearrange();
 }

@@ -5,6 +5,7 @@
 #include <array>
 #include <cfloat>
 #include <map>
+#include <unordered_map>
 
 namespace ns {
 
@@ -78,6 +79,8 @@ private:
     void rearrange();
 
     std::array<std::vector<Ref<View>>, 3> m_gravities;
+    // Which gravity holds each view, so that membership questions do not search the lists.
+    std::unordered_map<const View*, StackViewGravity> m_gravityOf;
     std::vector<Ref<LayoutConstraint>> m_arrangement;
     Ref<View> m_centreGuide; // spans the centre area; constraints hold their items only weakly
     UserInterfaceLayoutOrientation m_orientation = UserInterfaceLayoutOrientation::Horizontal;

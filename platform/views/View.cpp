@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <unordered_set>
 
 namespace ns {
 
@@ -267,9 +268,21 @@ void View::removeConstraint(const Ref<LayoutConstraint>& constraint) {
     setNeedsLayout(true);
 }
 
+// One pass over the held constraints, so that taking many out at once stays linear.
 void View::removeConstraints(const std::vector<Ref<LayoutConstraint>>& constraints) {
+    if (constraints.empty())
+        return;
+    std::unordered_set<const LayoutConstraint*> leaving;
     for (const auto& constraint : constraints)
-        removeConstraint(constraint);
+        leaving.insert(constraint.get());
+    auto end =
+        std::remove_if(m_constraints.begin(), m_constraints.end(),
+                       [&](const Ref<LayoutConstraint>& held) { return leaving.count(held.get()) > 0; });
+    if (end == m_constraints.end())
+        return;
+    m_constraints.erase(end, m_constraints.end());
+    invalidateLayoutEngine();
+    setNeedsLayout(true);
 }
 
 void View::setTranslatesAutoresizingMaskIntoConstraints(bool translates) {
