@@ -1,7 +1,6 @@
 #include "platform/layout/SolverImpl.hpp"
 
 #include <algorithm>
-#include <cassert>
 #include <cmath>
 #include <limits>
 #include <memory>
@@ -853,19 +852,30 @@ void SolverImpl::computeValues() {
 
 // Every pivot adds a little rounding error to the rows it rewrites, and a long life of adding
 // and removing conflicting constraints can let it grow until it decides which preference wins.
-// Required constraints must hold exactly, so how far the current values miss them measures that
-// error. They are checked once the pivots since the last check outnumber the rows (so checking
-// costs a constant per pivot), at the end of an operation that succeeded, and a tableau that has
-// drifted is rebuilt.
+// So, once the pivots since the last look outnumber a quarter of the rows (which keeps the cost
+// a constant per pivot), at the end of an operation that succeeded:
+//  - the objective, which every pivot rewrites, is computed afresh from the rows and optimised
+//    again, so that noise in a high level cannot hide a cost in a lower one;
+//  - the solution is checked against the required constraints, which must hold exactly, and a
+//    tableau that misses them is rebuilt.
 void SolverImpl::checkDrift() {
     if (m_pivotsSinceCheck < std::max<std::size_t>(20, m_tableau.rowCount() / 4)) {
         return;
     }
     m_pivotsSinceCheck = 0;
+    refreshObjective();
     computeValues();
     if (hasDrifted()) {
         rebuild();
     }
+}
+
+void SolverImpl::refreshObjective() {
+    m_objective.clear();
+    for (const ConstraintRecord& record : m_records) {
+        addErrorsToObjective(record, 1.0);
+    }
+    restoreOptimality();
 }
 
 bool SolverImpl::hasDrifted() {

@@ -32,6 +32,9 @@ namespace ns {
 //  - restricted rows and the objective mention no basic symbol, and no non-basic variable;
 //  - every restricted row is feasible (constant >= 0; a basic dummy is 0) and no objective
 //    cell is negative (no symbol could lower it by entering).
+//
+// Rounding: tolerances live in solver/Symbol.hpp; every simplex run has a pivot budget; and a
+// tableau whose solution has drifted from the required constraints is rebuilt (checkDrift).
 class SolverImpl {
 public:
     SolverImpl();
@@ -124,6 +127,7 @@ private:
     // Values and their upkeep.
     void computeValues();
     void checkDrift();
+    void refreshObjective();
     bool hasDrifted();
     void rebuild();
     void adoptState(SolverImpl& other);
