@@ -1,4 +1,5 @@
 // A form of labels, fields and buttons, arranged by stack views and laid out by constraints.
+#include "apps/gallery/FormRow.hpp"
 #include "apps/gallery/Gallery.hpp"
 
 #include "platform/graphics/Font.hpp"
@@ -10,21 +11,8 @@ namespace {
 
 using ns::LayoutAttribute;
 
-ns::Ref<ns::LayoutConstraint> fixedWidth(const ns::Ref<ns::View>& view, double width) {
-    return ns::LayoutConstraint::constraintWithItem(view, LayoutAttribute::Width, ns::LayoutRelation::Equal,
-                                                    nullptr, LayoutAttribute::NotAnAttribute, 1, width);
-}
-
 ns::Ref<ns::View> row(const std::string& caption, const std::string& value) {
-    auto label = ns::TextField::labelWithString(caption);
-    label->setAlignment(ns::TextAlignment::Right);
-    label->addConstraint(fixedWidth(label, 130));
-    auto field = ns::TextField::textFieldWithString(value);
-    field->addConstraint(fixedWidth(field, 220));
-    auto stack = ns::StackView::stackViewWithViews({label, field});
-    stack->setAlignment(LayoutAttribute::FirstBaseline);
-    stack->setSpacing(10);
-    return stack;
+    return gallery::formRow(caption, value, 130, 220);
 }
 
 ns::Ref<ns::View> buildForm() {

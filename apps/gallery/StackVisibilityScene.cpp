@@ -1,5 +1,6 @@
 // A form whose sections are hidden and shown again inside a gravity stack view: the stack keeps
 // the hidden sections in their places, so a section shown again returns between its neighbours.
+#include "apps/gallery/FormRow.hpp"
 #include "apps/gallery/Gallery.hpp"
 
 #include "kit/Views/QSStackView.hpp"
@@ -12,21 +13,8 @@ namespace {
 
 using ns::LayoutAttribute;
 
-ns::Ref<ns::LayoutConstraint> fixedWidth(const ns::Ref<ns::View>& view, double width) {
-    return ns::LayoutConstraint::constraintWithItem(view, LayoutAttribute::Width, ns::LayoutRelation::Equal,
-                                                    nullptr, LayoutAttribute::NotAnAttribute, 1, width);
-}
-
 ns::Ref<ns::View> row(const std::string& caption, const std::string& value) {
-    auto label = ns::TextField::labelWithString(caption);
-    label->setAlignment(ns::TextAlignment::Right);
-    label->addConstraint(fixedWidth(label, 110));
-    auto field = ns::TextField::textFieldWithString(value);
-    field->addConstraint(fixedWidth(field, 170));
-    auto stack = ns::StackView::stackViewWithViews({label, field});
-    stack->setAlignment(LayoutAttribute::FirstBaseline);
-    stack->setSpacing(10);
-    return stack;
+    return gallery::formRow(caption, value, 110, 170);
 }
 
 ns::Ref<ns::View> section(const std::string& heading, std::vector<ns::Ref<ns::View>> rows) {
