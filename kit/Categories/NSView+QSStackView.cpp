@@ -13,8 +13,4 @@ void qs_disableTranslatesAutoresizingMaskIntoConstraints(ns::View&,
     qs_disableTranslatesAutoresizingMaskIntoConstraints(views);
 }
 
-bool qs_visible(const ns::View& view) {
-    return !view.isHidden();
-}
-
 } // namespace corvane

@@ -14,7 +14,4 @@ void qs_disableTranslatesAutoresizingMaskIntoConstraints(const std::vector<ns::R
 void qs_disableTranslatesAutoresizingMaskIntoConstraints(ns::View& receiver,
                                                          const std::vector<ns::Ref<ns::View>>& views);
 
-// Whether the view's own hidden flag is off (ancestors are not consulted).
-bool qs_visible(const ns::View& view);
-
 } // namespace corvane
