@@ -32,6 +32,7 @@ rows = [
     ("build+solve, 100 views", "ChainBuildSolve/100", "ChainBuildSolve/100", None),
     ("build+solve, 1,000 views", "ChainBuildSolve/1000", "ChainBuildSolve/1000", 0.1),
     ("build+solve, 5,000 views", "ChainBuildSolve/5000", "ChainBuildSolve/5000", 0.1),
+    ("build+solve, 20,000 views", "ChainBuildSolve/20000", None, None),
     ("edit (setConstant), 1,000 views", "ChainSetConstant/1000", "ChainSuggestValue/1000", 0.5),
     ("edit (suggestValue), 1,000 views", "ChainSuggestValue/1000", "ChainSuggestValue/1000", 0.5),
     ("edit (setConstant), 5,000 views", "ChainSetConstant/5000", None, None),
