@@ -1,6 +1,8 @@
 #!/usr/bin/python3
 """Times kiwisolver on the systems of bench/solver_bench.cpp (see the comment there for the chain
-of views) and prints one JSON object: case name -> seconds per operation (median of the runs).
+of views) and prints one JSON object: for each case, seconds per operation (median of the runs)
+in wall-clock time (time.perf_counter) and in process CPU time (time.process_time), the latter
+being what to compare when other work shares the machine.
 
 Run with Debian's interpreter (/usr/bin/python3), which has python3-kiwisolver.
 Priorities map to kiwi strengths: required -> required, 750 -> strong, 250 -> medium.
@@ -46,48 +48,64 @@ def edited_width(step):
     return 50 + (step % 7) * 3
 
 
+class Clock:
+    """Wall-clock and CPU time of one timed stretch."""
+
+    def __init__(self):
+        self.wall = []
+        self.cpu = []
+
+    def __enter__(self):
+        self.start = (time.perf_counter(), time.process_time())
+        return self
+
+    def __exit__(self, *exc):
+        self.wall.append(time.perf_counter() - self.start[0])
+        self.cpu.append(time.process_time() - self.start[1])
+
+    def per(self, count):
+        return {"wall": statistics.median(self.wall) / count, "cpu": statistics.median(self.cpu) / count}
+
+
 def build_solve(count, runs):
     chain = Chain(count)
-    times = []
+    clock = Clock()
     for _ in range(runs):
-        start = time.perf_counter()
-        solver = chain.solver()
-        solver.updateVariables()
-        times.append(time.perf_counter() - start)
+        with clock:
+            solver = chain.solver()
+            solver.updateVariables()
     chain.check()
-    return statistics.median(times)
+    return clock.per(1)
 
 
 def suggest_value(count, edits, runs):
     chain = Chain(count, edit_first_width=True)
     solver = chain.solver()
     solver.addEditVariable(chain.width[0], "strong")
-    times = []
+    clock = Clock()
     step = 0
     for _ in range(runs):
-        start = time.perf_counter()
-        for _ in range(edits):
-            step += 1
-            solver.suggestValue(chain.width[0], edited_width(step))
-            solver.updateVariables()
-        times.append((time.perf_counter() - start) / edits)
+        with clock:
+            for _ in range(edits):
+                step += 1
+                solver.suggestValue(chain.width[0], edited_width(step))
+                solver.updateVariables()
     chain.check(edited_width(step))
-    return statistics.median(times)
+    return clock.per(edits)
 
 
 def remove_readd(count, runs):
     chain = Chain(count)
     solver = chain.solver()
     link = chain.links[1]  # left[2] == left[1] + width[1] + 8
-    times = []
+    clock = Clock()
     for _ in range(runs):
-        start = time.perf_counter()
-        solver.removeConstraint(link)
-        solver.addConstraint(link)
-        solver.updateVariables()
-        times.append(time.perf_counter() - start)
+        with clock:
+            solver.removeConstraint(link)
+            solver.addConstraint(link)
+            solver.updateVariables()
     chain.check()
-    return statistics.median(times)
+    return clock.per(1)
 
 
 def main():

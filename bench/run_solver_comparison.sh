@@ -22,10 +22,13 @@ ours_report = json.load(open(sys.argv[1]))
 kiwi_report = json.load(open(sys.argv[2]))
 scale = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1.0}
 ours = {}
+ours_cpu = {}
 for entry in ours_report["benchmarks"]:
     if entry.get("aggregate_name") == "median":
         ours[entry["run_name"]] = entry["real_time"] * scale[entry["time_unit"]]
-kiwi = kiwi_report["results"]
+        ours_cpu[entry["run_name"]] = entry["cpu_time"] * scale[entry["time_unit"]]
+kiwi = {case: times["wall"] for case, times in kiwi_report["results"].items()}
+kiwi_cpu = {case: times["cpu"] for case, times in kiwi_report["results"].items()}
 
 # (row label, our case, kiwi case, target: our time at most this fraction of kiwi's)
 rows = [
@@ -52,18 +55,23 @@ context = ours_report["context"]
 print("%d CPUs at %.0f MHz, load average %s; kiwisolver %s" % (
     context["num_cpus"], context["mhz_per_cpu"],
     " ".join("%.2f" % load for load in context.get("load_avg", [])), kiwi_report["kiwisolver"]))
-print("times are medians of wall-clock time per operation")
+print("times are medians of wall-clock time per operation; the last column compares CPU time,")
+print("which is less disturbed when other work shares the machine")
 print()
-header = ("case", "ours", "kiwisolver", "ours/kiwi", "kiwi/ours", "target")
-print("%-34s %10s %12s %10s %10s %8s" % header)
+header = ("case", "ours", "kiwisolver", "ours/kiwi", "kiwi/ours", "target", "cpu ours/kiwi")
+print("%-34s %9s %11s %10s %9s %12s %14s" % header)
 for label, ours_case, kiwi_case, target in rows:
     mine = ours.get(ours_case)
     theirs = kiwi.get(kiwi_case) if kiwi_case else None
     ratio = mine / theirs if mine and theirs else None
+    cpu_ratio = None
+    if kiwi_case and ours_cpu.get(ours_case) and kiwi_cpu.get(kiwi_case):
+        cpu_ratio = ours_cpu[ours_case] / kiwi_cpu[kiwi_case]
     verdict = "-"
     if target is not None and ratio is not None:
         verdict = ("<= %g " % target) + ("ok" if ratio <= target else "MISSED")
-    print("%-34s %10s %12s %10s %10s %8s" % (
+    print("%-34s %9s %11s %10s %9s %12s %14s" % (
         label, show(mine), show(theirs),
-        "%.4f" % ratio if ratio else "-", "%.0fx" % (1 / ratio) if ratio else "-", verdict))
+        "%.4f" % ratio if ratio else "-", "%.0fx" % (1 / ratio) if ratio else "-", verdict,
+        "%.4f" % cpu_ratio if cpu_ratio else "-"))
 PY
