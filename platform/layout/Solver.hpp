@@ -41,7 +41,8 @@ public:
     SolverStatus addConstraint(const SolverConstraint& constraint);
 
     // Removes a constraint and re-solves; the solution is what it would be had the constraint
-    // never been added. UnknownConstraint if it is not here.
+    // never been added (when several solutions are equally good, it may settle on another one of
+    // them). UnknownConstraint if it is not here.
     SolverStatus removeConstraint(const SolverConstraint& constraint);
 
     bool hasConstraint(const SolverConstraint& constraint) const;

@@ -517,12 +517,23 @@ SolverStatus SolverImpl::setPriority(const SolverConstraint& constraint, float p
         checkDrift();
         return SolverStatus::Ok;
     }
-    // Between required and preferred the constraint's symbols differ: replace it.
+    // Between required and preferred the constraint's symbols differ, so it is replaced. Only
+    // becoming required can fail, so a stand-in at the new priority is tried first: a refusal
+    // then leaves everything exactly as it was. (Adding and removing move records: `record` is
+    // not used past this point.)
     float previous = record.priority;
+    if (nowRequired) {
+        SolverConstraint trial(constraint.expression(), constraint.relation(), 0, priority);
+        SolverStatus status = addConstraint(trial);
+        if (status != SolverStatus::Ok) {
+            return status;
+        }
+        removeConstraint(trial);
+    }
     removeConstraint(constraint);
     constraint.m_data->priority = priority;
     SolverStatus status = addConstraint(constraint);
-    if (status != SolverStatus::Ok) {
+    if (status != SolverStatus::Ok) { // only rounding could get here, the stand-in went in
         constraint.m_data->priority = previous;
         addConstraint(constraint);
     }

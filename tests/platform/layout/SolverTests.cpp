@@ -224,8 +224,10 @@ TEST(SolverPriorities, SetPriorityToRequiredIsRefusedWhenItContradicts) {
     SolverConstraint wish = eq(x, 20, 500);
     ASSERT_EQ(solver.addConstraint(pinned), SolverStatus::Ok);
     ASSERT_EQ(solver.addConstraint(wish), SolverStatus::Ok);
+    std::string tableau = solver.description();
     EXPECT_EQ(solver.setPriority(wish, SolverConstraint::Required), SolverStatus::UnsatisfiableConstraint);
     EXPECT_EQ(wish.priority(), 500);
+    EXPECT_EQ(solver.description(), tableau);
     EXPECT_TRUE(solver.hasConstraint(wish));
     solver.updateVariables();
     EXPECT_DOUBLE_EQ(x.value(), 10);
