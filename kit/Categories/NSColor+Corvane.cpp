@@ -1,0 +1,129 @@
+#include "kit/Categories/NSColor+Corvane.hpp"
+
+#include "platform/graphics/ColorSpace.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <limits>
+
+namespace corvane {
+
+namespace {
+
+// --- Hex scanning ------------------------------------------------------------------------------
+
+// Byte length of the white space or newline character at `at` (UTF-8), or 0 when there is none.
+size_t whiteSpaceLength(std::string_view text, size_t at) {
+    auto byte = [&](size_t i) {
+        return i < text.size() ? static_cast<unsigned char>(text[i]) : 0u;
+    };
+    unsigned char first = byte(at);
+    if (first == ' ' || (first >= '\t' && first <= '\r'))
+        return 1;
+    if (first == 0xC2 && (byte(at + 1) == 0x85 || byte(at + 1) == 0xA0))
+        return 2; // next line, no-break space
+    if (first == 0xE1 && byte(at + 1) == 0x9A && byte(at + 2) == 0x80)
+        return 3; // ogham space mark
+    if (first == 0xE2 && byte(at + 1) == 0x80) {
+        unsigned char third = byte(at + 2);
+        if ((third >= 0x80 && third <= 0x8A) || third == 0xA8 || third == 0xA9 || third == 0xAF)
+            return 3; // en quad ... hair space, line and paragraph separators, narrow no-break space
+    }
+    if (first == 0xE2 && byte(at + 1) == 0x81 && byte(at + 2) == 0x9F)
+        return 3; // medium mathematical space
+    if (first == 0xE3 && byte(at + 1) == 0x80 && byte(at + 2) == 0x80)
+        return 3; // ideographic space
+    return 0;
+}
+
+int hexDigit(char c) {
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    return -1;
+}
+
+// One unsigned 32-bit hex integer from the start of the text, read the way a string scanner
+// reads one: leading white space skipped, "0x" optional, digits up to the first non-digit.
+// No digits gives 0; a value that does not fit gives the largest one.
+uint32_t scanHexInt(std::string_view text) {
+    size_t at = 0;
+    while (size_t length = whiteSpaceLength(text, at))
+        at += length;
+    if (std::string_view prefix = text.substr(at, 2); prefix == "0x" || prefix == "0X")
+        at += 2;
+    uint64_t value = 0;
+    bool overflow = false;
+    for (int digit; at < text.size() && (digit = hexDigit(text[at])) >= 0; ++at) {
+        value = value * 16 + static_cast<uint64_t>(digit);
+        if (value > std::numeric_limits<uint32_t>::max()) {
+            overflow = true;
+            value = 0; // only whether it overflowed matters from here on
+        }
+    }
+    return overflow ? std::numeric_limits<uint32_t>::max() : static_cast<uint32_t>(value);
+}
+
+// --- Hex writing -------------------------------------------------------------------------------
+
+// The largest single-precision number below 256: a channel read from n/255 lands in [n, n + 1),
+// so writing a colour read from a hex string gives its digits back.
+constexpr double kChannelScale = 255.99998474121094;
+
+std::string hexField(double channel) {
+    double scaled = channel * kChannelScale;
+    // Out-of-range channels (a darkened colour below 0, say) are written as the 32-bit integer
+    // they truncate to, as "%02x" shows a negative int.
+    int32_t value = 0;
+    if (!std::isnan(scaled))
+        value = static_cast<int32_t>(std::clamp(scaled, double(std::numeric_limits<int32_t>::min()),
+                                                double(std::numeric_limits<int32_t>::max())));
+    char field[16];
+    std::snprintf(field, sizeof field, "%02x", static_cast<unsigned>(value));
+    return field;
+}
+
+} // namespace
+
+ns::Ref<ns::Color> colorFromHexRGB(const std::optional<std::string>& hex, double alpha) {
+    uint32_t value = hex ? scanHexInt(*hex) : 0;
+    double red = ((value >> 16) & 0xFF) / 255.0;
+    double green = ((value >> 8) & 0xFF) / 255.0;
+    double blue = (value & 0xFF) / 255.0;
+    return ns::Color::colorWithCalibratedRed(red, green, blue, 1.0)->colorWithAlphaComponent(alpha);
+}
+
+ns::Ref<ns::Color> colorFromHexRGB(const std::optional<std::string>& hex) {
+    return colorFromHexRGB(hex, 1.0);
+}
+
+std::optional<std::string> cv_hexRGBStringWithPrefix(const ns::Color& color, std::string_view prefix) {
+    auto rgb = color.colorUsingColorSpaceName(ns::CalibratedRGBColorSpace);
+    if (!rgb)
+        return std::nullopt;
+    double red = 0, green = 0, blue = 0;
+    rgb->getRed(&red, &green, &blue, nullptr);
+    return std::string(prefix) + hexField(red) + hexField(green) + hexField(blue);
+}
+
+std::optional<std::string> cv_hexRGBString(const ns::Color& color) {
+    return cv_hexRGBStringWithPrefix(color, "0x");
+}
+
+std::optional<std::string> cv_cssRGBString(const ns::Color& color) {
+    return cv_hexRGBStringWithPrefix(color, "#");
+}
+
+ns::Ref<ns::Color> colorWithRGBDelta(const ns::Color& color, double delta) {
+    double red = 0, green = 0, blue = 0, alpha = 0;
+    color.getRed(&red, &green, &blue, &alpha);
+    return ns::Color::colorWithRed(std::min(red + delta, 1.0), std::min(green + delta, 1.0),
+                                   std::min(blue + delta, 1.0), alpha);
+}
+
+} // namespace corvane

@@ -1,0 +1,103 @@
+#include "kit/Categories/NSColor+Corvane.hpp"
+
+#include "platform/graphics/ColorSpace.hpp"
+#include "platform/graphics/Image.hpp"
+
+#include <gtest/gtest.h>
+
+using namespace corvane;
+
+namespace {
+
+struct RGBA {
+    double r, g, b, a;
+};
+
+RGBA rgba(const ns::Ref<ns::Color>& color) {
+    RGBA c{};
+    color->getRed(&c.r, &c.g, &c.b, &c.a);
+    return c;
+}
+
+void expectRGBA(const ns::Ref<ns::Color>& color, double r, double g, double b, double a) {
+    ASSERT_TRUE(color);
+    RGBA c = rgba(color);
+    EXPECT_DOUBLE_EQ(c.r, r);
+    EXPECT_DOUBLE_EQ(c.g, g);
+    EXPECT_DOUBLE_EQ(c.b, b);
+    EXPECT_DOUBLE_EQ(c.a, a);
+}
+
+} // namespace
+
+// --- Reading hex strings -------------------------------------------------------------------------
+
+TEST(HexReading, PrefixCaseAndLeadingWhiteSpaceDoNotMatter) {
+    for (const char* text : {"db7100", "0xdb7100", "0XDB7100", "  \t\n0XDB7100",
+                             "\xC2\xA0"
+                             "db7100;rest"}) {
+        SCOPED_TRACE(text);
+        auto color = colorFromHexRGB(std::string(text));
+        expectRGBA(color, 219 / 255.0, 113 / 255.0, 0, 1);
+        EXPECT_EQ(color->colorSpaceName(), ns::CalibratedRGBColorSpace);
+    }
+}
+
+TEST(HexReading, UnreadableStringsGiveBlackWithTheRequestedAlpha) {
+    expectRGBA(colorFromHexRGB(std::nullopt, 0.25), 0, 0, 0, 0.25);
+    expectRGBA(colorFromHexRGB(std::string(""), 0.5), 0, 0, 0, 0.5);
+    expectRGBA(colorFromHexRGB(std::string("   ")), 0, 0, 0, 1);
+    // "#" is not a prefix the scanner knows, so CSS strings do not read back.
+    expectRGBA(colorFromHexRGB(std::string("#ffffff")), 0, 0, 0, 1);
+    expectRGBA(colorFromHexRGB(std::string("0x")), 0, 0, 0, 1);
+}
+
+TEST(HexReading, DigitsAreOneNumberNotAShorthand) {
+    // Three digits are the number 0xfff.
+    expectRGBA(colorFromHexRGB(std::string("fff")), 0, 15 / 255.0, 1, 1);
+    // Eight digits: the top byte is dropped and does not become alpha.
+    expectRGBA(colorFromHexRGB(std::string("ff336699"), 0.75), 0x33 / 255.0, 0x66 / 255.0, 0x99 / 255.0,
+               0.75);
+    // A value past 32 bits saturates, which reads as white.
+    expectRGBA(colorFromHexRGB(std::string("123456789")), 1, 1, 1, 1);
+    expectRGBA(colorFromHexRGB(std::string("0x000000000000000000")), 0, 0, 0, 1);
+}
+
+// --- Writing hex strings -------------------------------------------------------------------------
+
+TEST(HexWriting, ReadingAndWritingGiveTheSameDigits) {
+    EXPECT_EQ(cv_hexRGBString(*colorFromHexRGB(std::string("0xf0f0f0"))), "0xf0f0f0");
+    for (uint32_t value : {0x000000u, 0x010203u, 0x7f8081u, 0xdb7100u, 0xfefeffu}) {
+        char text[16];
+        std::snprintf(text, sizeof text, "0x%06x", value);
+        EXPECT_EQ(cv_hexRGBString(*colorFromHexRGB(std::string(text))), text);
+    }
+    // The "0x" form can be read back; the CSS form cannot.
+    auto color = colorFromHexRGB(std::string("0x425374"));
+    EXPECT_EQ(cv_hexRGBString(*colorFromHexRGB(cv_hexRGBString(*color))), "0x425374");
+    EXPECT_EQ(cv_hexRGBString(*colorFromHexRGB(cv_cssRGBString(*color))), "0x000000");
+}
+
+TEST(HexWriting, ChannelsTruncateAndAlphaIsNotWritten) {
+    EXPECT_EQ(cv_hexRGBString(*ns::Color::colorWithCalibratedRed(0.5, 0, 1, 0.3)), "0x7f00ff");
+    EXPECT_EQ(cv_cssRGBString(*ns::Color::whiteColor()), "#ffffff");
+    EXPECT_EQ(cv_hexRGBStringWithPrefix(*ns::Color::colorWithDeviceCyan(1, 0, 0, 0, 1), "rgb:"),
+              "rgb:00ffff");
+}
+
+TEST(HexWriting, ColoursWithoutAnRGBFormGiveNil) {
+    auto image = ns::Image::make({2, 2});
+    EXPECT_EQ(cv_hexRGBString(*ns::Color::colorWithPatternImage(image)), std::nullopt);
+    EXPECT_EQ(cv_cssRGBString(*ns::create<ns::Color>()), std::nullopt);
+}
+
+// --- Shifting ------------------------------------------------------------------------------------
+
+TEST(RGBDelta, CapsAtOneButHasNoLowerBound) {
+    auto lighter = colorWithRGBDelta(*ns::Color::colorWithRed(0.9, 0.5, 0.05, 0.4), 0.2);
+    expectRGBA(lighter, 1.0, 0.7, 0.25, 0.4);
+    auto darker = colorWithRGBDelta(*ns::Color::colorWithRed(0.9, 0.5, 0.05, 0.4), -0.07);
+    expectRGBA(darker, 0.9 - 0.07, 0.5 - 0.07, 0.05 - 0.07, 0.4);
+    EXPECT_LT(rgba(darker).b, 0);
+    EXPECT_EQ(darker->colorSpace(), ns::ColorSpace::sRGBColorSpace());
+}
