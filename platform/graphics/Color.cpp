@@ -353,6 +353,10 @@ Ref<Color> Color::systemColorNamed(std::string_view name) {
     return SystemColorCatalog::shared().colorNamed(name);
 }
 
+bool Color::replaceSystemColorLazily(std::string_view name, std::function<Ref<Color>()> provider) {
+    return SystemColorCatalog::shared().replaceLazily(name, std::move(provider));
+}
+
 std::vector<std::string> Color::systemColorNames() {
     return SystemColorCatalog::shared().names();
 }

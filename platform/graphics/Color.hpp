@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -129,6 +130,10 @@ public:
     // systemColorNamed, the "System" catalogue) answer `replacement` itself, for the whole
     // process; nil restores the platform's own. False (and a log line) for an unknown name.
     static bool replaceSystemColor(std::string_view name, const Ref<Color>& replacement);
+    // The same, with the replacement made by `provider` when the colour is first asked for and
+    // kept from then on; for replacements that must not be built before they are needed. A
+    // provider answering nil leaves the platform's own colour in place.
+    static bool replaceSystemColorLazily(std::string_view name, std::function<Ref<Color>()> provider);
 
     // --- The hook ---------------------------------------------------------------------------
     // The colour that every operation acts on now: this colour, unless a subclass says

@@ -83,6 +83,12 @@ std::vector<Ref<ColorList>> ColorList::availableColorLists() {
     return reg.lists;
 }
 
+void ColorList::removeFile() {
+    auto& reg = registry();
+    std::lock_guard lock(reg.mutex);
+    std::erase_if(reg.lists, [this](const Ref<ColorList>& list) { return list.get() == this; });
+}
+
 std::vector<std::string> ColorList::allKeys() const {
     std::lock_guard lock(m_mutex);
     std::vector<std::string> keys;

@@ -25,6 +25,10 @@ public:
     // Nil when no list has that name.
     static Ref<ColorList> colorListNamed(std::string_view name);
     static std::vector<Ref<ColorList>> availableColorLists();
+    // Takes the list out of the lists available by name (colorListNamed, availableColorLists),
+    // the fixed ones included; the object itself stays usable. Lists here are not backed by
+    // files, so there is nothing else to remove.
+    void removeFile();
 
     const std::string& name() const { return m_name; }
     bool isEditable() const { return m_editable; }

@@ -73,7 +73,20 @@ SystemColorCatalog::SystemColorCatalog() {
 }
 
 Ref<Color> SystemColorCatalog::colorNamed(std::string_view name) const {
-    std::lock_guard lock(m_mutex);
+    std::unique_lock lock(m_mutex);
+    if (auto it = m_providers.find(name); it != m_providers.end()) {
+        auto provider = it->second;
+        lock.unlock();
+        Ref<Color> made = provider();
+        lock.lock();
+        // Another request may have made it meanwhile, or the provider been replaced: the first
+        // colour made under the current provider wins.
+        if (auto still = m_providers.find(name); still != m_providers.end()) {
+            m_providers.erase(still);
+            if (made)
+                m_replacements[std::string(name)] = made;
+        }
+    }
     if (auto it = m_replacements.find(name); it != m_replacements.end())
         return it->second;
     if (auto it = m_colors.find(name); it != m_colors.end())
@@ -90,15 +103,29 @@ std::vector<std::string> SystemColorCatalog::names() const {
 }
 
 bool SystemColorCatalog::replace(std::string_view name, const Ref<Color>& replacement) {
+    return install(name, replacement, nullptr);
+}
+
+bool SystemColorCatalog::replaceLazily(std::string_view name, std::function<Ref<Color>()> provider) {
+    return install(name, nullptr, std::move(provider));
+}
+
+bool SystemColorCatalog::install(std::string_view name, const Ref<Color>& replacement,
+                                 std::function<Ref<Color>()> provider) {
     std::lock_guard lock(m_mutex);
     if (!m_colors.contains(name)) {
         Log("Color: no system color named %@ to replace.", name);
         return false;
     }
+    // A name has one replacement at most: a colour, a provider of one, or neither.
+    if (auto it = m_providers.find(name); it != m_providers.end())
+        m_providers.erase(it);
+    if (auto it = m_replacements.find(name); it != m_replacements.end())
+        m_replacements.erase(it);
     if (replacement)
         m_replacements[std::string(name)] = replacement;
-    else if (auto it = m_replacements.find(name); it != m_replacements.end())
-        m_replacements.erase(it);
+    else if (provider)
+        m_providers[std::string(name)] = std::move(provider);
     return true;
 }
 

@@ -296,6 +296,36 @@ TEST(Color, ControlBackgroundCanBeReplacedForTheProcess) {
     EXPECT_TRUE(log.contains("noSuchColor"));
 }
 
+TEST(Color, ALazyReplacementIsMadeAtTheFirstRequestAndKept) {
+    auto original = Color::controlBackgroundColor();
+    auto replacement = Color::colorWithCalibratedRed(0.1, 0.2, 0.3, 1);
+    int made = 0;
+    EXPECT_TRUE(Color::replaceSystemColorLazily("controlBackgroundColor", [&] {
+        ++made;
+        return replacement;
+    }));
+    EXPECT_EQ(made, 0);
+    EXPECT_EQ(Color::colorWithCatalogName("System", "controlBackgroundColor"), replacement);
+    EXPECT_EQ(Color::controlBackgroundColor(), replacement);
+    EXPECT_EQ(made, 1);
+
+    // A provider may ask for colours itself; one that answers nil leaves the platform's colour.
+    EXPECT_TRUE(Color::replaceSystemColorLazily("controlBackgroundColor",
+                                                [] { return Color::windowBackgroundColor(); }));
+    EXPECT_EQ(Color::controlBackgroundColor(), Color::windowBackgroundColor());
+    EXPECT_TRUE(Color::replaceSystemColorLazily("controlBackgroundColor", [] { return Ref<Color>(); }));
+    EXPECT_EQ(Color::controlBackgroundColor(), original);
+
+    // A plain replacement or nil supersedes a provider that has not run yet.
+    EXPECT_TRUE(Color::replaceSystemColorLazily("controlBackgroundColor", [&] { return replacement; }));
+    EXPECT_TRUE(Color::replaceSystemColor("controlBackgroundColor", nullptr));
+    EXPECT_EQ(Color::controlBackgroundColor(), original);
+
+    LogCapture log;
+    EXPECT_FALSE(Color::replaceSystemColorLazily("noSuchColor", [&] { return replacement; }));
+    EXPECT_TRUE(log.contains("noSuchColor"));
+}
+
 TEST(Color, FixedColoursHaveThePlatformValues) {
     EXPECT_DOUBLE_EQ(Color::darkGrayColor()->whiteComponent(), 1.0 / 3.0);
     EXPECT_DOUBLE_EQ(Color::lightGrayColor()->whiteComponent(), 2.0 / 3.0);
@@ -463,4 +493,8 @@ TEST(ColorList, MadeListsCanBeEdited) {
     auto shadowed = ColorList::make("Test Palette");
     EXPECT_EQ(ColorList::colorListNamed("Test Palette"), list);
     EXPECT_NE(shadowed, list);
+    // Unlisting frees the name; the object goes on working.
+    list->removeFile();
+    EXPECT_FALSE(ColorList::colorListNamed("Test Palette"));
+    EXPECT_EQ(list->colorWithKey("b"), Color::blackColor());
 }
