@@ -41,6 +41,14 @@ void KeyedArchiver::fail(std::string reason) {
         m_error = Error::make(CocoaErrorDomain, CoderInvalidValueError, {{LocalizedDescriptionKey, reason}});
 }
 
+void KeyedArchiver::failWithError(const Ref<Error>& error) {
+    if (!error)
+        return;
+    Log("KeyedArchiver: %@", error->localizedDescription());
+    if (!m_error)
+        m_error = error;
+}
+
 uint64_t KeyedArchiver::append(plist_t node) {
     m_objects.emplace_back(node);
     return m_objects.size() - 1;

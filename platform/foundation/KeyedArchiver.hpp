@@ -43,6 +43,11 @@ public:
     void encodeDouble(double value, std::string_view key);
     void encodeFloat(float value, std::string_view key);
 
+    // For an object that finds, while encoding itself, that it cannot be archived: records the
+    // error (the first one is kept) and logs it. The archive is then unusable, as after any
+    // failure.
+    void failWithError(const Ref<Error>& error);
+
     // Closes the archive; further encodes are refused.
     void finishEncoding();
     // The archive bytes (finishing it first).

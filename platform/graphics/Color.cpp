@@ -1,5 +1,7 @@
 #include "platform/graphics/Color.hpp"
 
+#include "platform/foundation/KeyedArchiver.hpp"
+#include "platform/foundation/KeyedUnarchiver.hpp"
 #include "platform/foundation/Log.hpp"
 #include "platform/graphics/Appearance.hpp"
 #include "platform/graphics/CGColor.hpp"
@@ -779,6 +781,76 @@ Ref<ns::CGColor> Color::CGColor() const {
     if (d.kind == Kind::Pattern)
         return create<ns::CGColor>(nullptr, std::vector<double>{d.alpha}, d.patternImage);
     return create<ns::CGColor>(d.space, c->components(), nullptr);
+}
+
+// --- Archiving ----------------------------------------------------------------------------------
+
+namespace {
+
+constexpr const char* kSpaceKey = "NSColorSpace";
+constexpr const char* kComponentsKey = "NSComponents";
+constexpr const char* kCatalogKey = "NSCatalogName";
+constexpr const char* kColorNameKey = "NSColorName";
+
+// Spaces are written by their localized name: several report the same colour-space name.
+Ref<ColorSpace> spaceWithLocalizedName(std::string_view name) {
+    for (const auto& space : {ColorSpace::genericRGBColorSpace(), ColorSpace::deviceRGBColorSpace(),
+                              ColorSpace::sRGBColorSpace(), ColorSpace::genericGrayColorSpace(),
+                              ColorSpace::deviceGrayColorSpace(), ColorSpace::genericGamma22GrayColorSpace(),
+                              ColorSpace::genericCMYKColorSpace(), ColorSpace::deviceCMYKColorSpace()})
+        if (space->localizedName() == name)
+            return space;
+    return nullptr;
+}
+
+} // namespace
+
+const CodingClass& Color::codingClass() {
+    static const CodingClass cls{"NSColor", {}, true, [](KeyedUnarchiver& coder) -> Ref<Object> {
+                                     return colorWithCoder(coder);
+                                 }};
+    return cls;
+}
+
+const CodingClass& Color::classForCoder() const {
+    return codingClass();
+}
+
+void Color::encodeWithCoder(KeyedArchiver& coder) const {
+    const auto& d = m_data;
+    switch (d.kind) {
+    case Kind::Components: {
+        Array components;
+        for (int64_t i = 0; i < d.space->numberOfColorComponents(); ++i)
+            components.push_back(d.components[static_cast<size_t>(i)]);
+        components.push_back(d.alpha);
+        coder.encodeObject(d.space->localizedName(), kSpaceKey);
+        coder.encodeObject(std::move(components), kComponentsKey);
+        break;
+    }
+    case Kind::Catalog:
+        coder.encodeObject(d.catalogName, kCatalogKey);
+        coder.encodeObject(d.colorName, kColorNameKey);
+        break;
+    case Kind::Pattern:
+        coder.failWithError(
+            Error::make(CocoaErrorDomain, CoderInvalidValueError,
+                        {{LocalizedDescriptionKey, std::string("a pattern colour cannot be archived.")}}));
+        break;
+    case Kind::None:
+        break;
+    }
+}
+
+Ref<Color> Color::colorWithCoder(KeyedUnarchiver& coder) {
+    if (coder.containsValueForKey(kCatalogKey))
+        return colorWithCatalogName(coder.decodeObjectForKey(kCatalogKey).stringValue(),
+                                    coder.decodeObjectForKey(kColorNameKey).stringValue());
+    auto space = spaceWithLocalizedName(coder.decodeObjectForKey(kSpaceKey).stringValue());
+    std::vector<double> components;
+    for (const Value& component : coder.decodeObjectForKey(kComponentsKey).array())
+        components.push_back(component.doubleValue());
+    return colorWithColorSpace(space, components);
 }
 
 // --- Identity -----------------------------------------------------------------------------------

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/foundation/Coding.hpp"
 #include "platform/foundation/Object.hpp"
 #include "platform/graphics/ColorSpace.hpp"
 #include "platform/graphics/Geometry.hpp"
@@ -40,7 +41,13 @@ enum class ColorSystemEffect : int64_t {
 //
 // Components are doubles, nominally 0 to 1, and are kept as given (not clamped), except alpha,
 // which is clamped to 0...1. Colours are immutable once made.
-class Color : public Object {
+//
+// Colours can be archived, securely, under the class name "NSColor": a component colour as its
+// space and components, a catalogue colour as its catalogue and colour names (read back, it is
+// the catalogue's colour of the reading process). A pattern cannot be archived: the archiver
+// records an error. A subclass with no value of its own writes nothing here and codes its own
+// keys after these.
+class Color : public Object, public Coding {
 public:
     enum class Kind { None, Components, Catalog, Pattern };
     struct Data {
@@ -209,6 +216,14 @@ public:
     void drawSwatchInRect(const Rect& rect) const;
     // A handle to the colour as drawn now; the caller keeps it alive. Nil for nil.
     Ref<ns::CGColor> CGColor() const;
+
+    // --- Archiving --------------------------------------------------------------------------
+    static const CodingClass& codingClass();
+    const CodingClass& classForCoder() const override;
+    void encodeWithCoder(KeyedArchiver& coder) const override;
+    // The colour that encodeWithCoder wrote into the entry being decoded; nil when the entry
+    // holds none that this process can make (an unknown space, catalogue or key).
+    static Ref<Color> colorWithCoder(KeyedUnarchiver& coder);
 
     // Two plain colours are equal when kind, space and values match; a colour with no value
     // of its own (a subclass) equals only itself unless it overrides this.
