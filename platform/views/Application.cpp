@@ -1,5 +1,6 @@
 #include "platform/views/Application.hpp"
 
+#include "platform/graphics/Appearance.hpp"
 #include "platform/views/Event.hpp"
 #include "platform/views/Window.hpp"
 
@@ -10,6 +11,10 @@ namespace ns {
 Ref<Application> Application::shared() {
     static const Ref<Application> application = create<Application>();
     return application;
+}
+
+Ref<Appearance> Application::effectiveAppearance() const {
+    return Appearance::applicationEffectiveAppearance();
 }
 
 void Application::addWindow(const Ref<Window>& window) {

@@ -6,6 +6,7 @@
 
 namespace ns {
 
+class Appearance;
 class Window;
 class Event;
 
@@ -19,6 +20,9 @@ public:
     void removeWindow(const Window& window);
     Ref<Window> keyWindow() const { return m_keyWindow.lock(); }
     void setKeyWindow(const Ref<Window>& window) { m_keyWindow = window; }
+
+    // The appearance the application shows (Appearance::applicationEffectiveAppearance); never nil.
+    Ref<Appearance> effectiveAppearance() const;
 
     // Sends the action to the target, or with no target up the responder chain from the key
     // window's first responder to the window and the application. False when nobody took it.
