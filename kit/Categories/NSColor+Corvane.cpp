@@ -1,5 +1,7 @@
 #include "kit/Categories/NSColor+Corvane.hpp"
 
+#include "kit/Categories/NSColor+Crayons.hpp"
+#include "kit/Objects/CVDynamicColor.hpp"
 #include "platform/graphics/ColorSpace.hpp"
 
 #include <algorithm>
@@ -125,5 +127,148 @@ ns::Ref<ns::Color> colorWithRGBDelta(const ns::Color& color, double delta) {
     return ns::Color::colorWithRed(std::min(red + delta, 1.0), std::min(green + delta, 1.0),
                                    std::min(blue + delta, 1.0), alpha);
 }
+
+// --- Base colours -----------------------------------------------------------------------------
+
+namespace {
+
+ns::Ref<ns::Color> rgb255(double red, double green, double blue) {
+    return ns::Color::colorWithRed(red / 255.0, green / 255.0, blue / 255.0, 1.0);
+}
+
+} // namespace
+
+ns::Ref<ns::Color> cv_appColor() {
+    return colorFromHexRGB("db7100", 1.0);
+}
+ns::Ref<ns::Color> cv_lightGrey() {
+    return colorFromHexRGB("0xf0f0f0", 1.0);
+}
+ns::Ref<ns::Color> cv_paleBlue() {
+    return colorFromHexRGB("0xb2efff", 1.0);
+}
+ns::Ref<ns::Color> cv_darkBlue() {
+    return colorFromHexRGB("0x425374", 1.0);
+}
+ns::Ref<ns::Color> cv_green() {
+    return colorFromHexRGB("0xa8b417", 1.0);
+}
+ns::Ref<ns::Color> cv_oliveGreen() {
+    return colorFromHexRGB("0x7d9d1d");
+}
+ns::Ref<ns::Color> cv_greenText() {
+    return colorFromHexRGB("0x7d9d1d");
+}
+ns::Ref<ns::Color> cv_pastelRed() {
+    return rgb255(255, 179, 186);
+}
+ns::Ref<ns::Color> cv_pastelOrange() {
+    return rgb255(255, 223, 186);
+}
+ns::Ref<ns::Color> cv_pastelYellow() {
+    return rgb255(255, 255, 186);
+}
+ns::Ref<ns::Color> cv_pastelGreen() {
+    return rgb255(223, 240, 217);
+}
+ns::Ref<ns::Color> cv_pastelBlue() {
+    return rgb255(186, 225, 255);
+}
+
+// --- Roles -------------------------------------------------------------------------------------
+
+ns::Ref<ns::Color> cv_appTitleColor() {
+    return cv_appColor();
+}
+ns::Ref<ns::Color> cv_appMessageColor() {
+    return cv_ironColor();
+}
+ns::Ref<ns::Color> cv_errorBackgroundColor() {
+    return cv_pastelRed();
+}
+ns::Ref<ns::Color> cv_confirmationBackgroundColor() {
+    return cv_green();
+}
+ns::Ref<ns::Color> cv_confirmationTextColor() {
+    return ns::Color::whiteColor();
+}
+ns::Ref<ns::Color> cv_emptyBackgroundColor() {
+    return cv_controlBackgroundColor();
+}
+ns::Ref<ns::Color> cv_disabledTextFieldBackgroundColor() {
+    return cv_lightGrey();
+}
+ns::Ref<ns::Color> cv_benefitLetterBackgroundColor() {
+    return cv_darkBlue();
+}
+ns::Ref<ns::Color> cv_linkColor() {
+    return ns::Color::linkColor();
+}
+
+// --- Light/dark pairs --------------------------------------------------------------------------
+// Each is made once, at its first call; its two colours are looked up then and kept.
+
+namespace {
+
+ns::Ref<ns::Color> pair(ns::Ref<ns::Color> aqua, ns::Ref<ns::Color> darkAqua) {
+    return CVDynamicColor::newWithAquaColor(std::move(aqua), std::move(darkAqua));
+}
+
+} // namespace
+
+ns::Ref<ns::Color> cv_appLabelColor() {
+    static const auto color = pair(cv_ironColor(), cv_aluminumColor());
+    return color;
+}
+ns::Ref<ns::Color> cv_warnTextColor() {
+    static const auto color = pair(cv_salmonColor(), cv_tangerineColor());
+    return color;
+}
+ns::Ref<ns::Color> cv_notificationBackgroundColor() {
+    static const auto color = pair(cv_pastelYellow(), cv_ironColor());
+    return color;
+}
+ns::Ref<ns::Color> cv_helpTipBackgroundColor() {
+    static const auto color = pair(cv_pastelBlue(), cv_ironColor());
+    return color;
+}
+ns::Ref<ns::Color> cv_stateConfirmedBackgroundColor() {
+    static const auto color = pair(rgb255(218, 237, 246), cv_ironColor());
+    return color;
+}
+ns::Ref<ns::Color> cv_payslipDarkGridColor() {
+    static const auto color = pair(ns::Color::darkGrayColor(), cv_nickelColor());
+    return color;
+}
+ns::Ref<ns::Color> cv_payslipLightGridColor() {
+    static const auto color = pair(cv_magnesiumColor(), ns::Color::darkGrayColor());
+    return color;
+}
+ns::Ref<ns::Color> cv_borderColor() {
+    static const auto color = pair(cv_silverColor(), cv_leadColor());
+    return color;
+}
+ns::Ref<ns::Color> cv_controlBackgroundColor() {
+    static const auto color = pair(cv_snowColor(), cv_tungstenColor());
+    return color;
+}
+ns::Ref<ns::Color> cv_altControlBackgroundColor() {
+    static const auto color = [] {
+        auto tungsten = cv_tungstenColor();
+        return pair(cv_snowColor(), tungsten ? colorWithRGBDelta(*tungsten, -0.07) : nullptr);
+    }();
+    return color;
+}
+
+// The kit's pair stands in for the platform's controlBackgroundColor in the whole process, so
+// every control that asks the platform for its background gets it. It is installed while the
+// program loads, as a provider that makes the pair at the first request: nothing (the crayon
+// list included) is looked up before it is needed, and nothing here depends on other units'
+// statics (the platform's tables are function-local). A static kit archive would drop this unit
+// from programs that never call into it, so the kit's link options name the anchor below and
+// the linker keeps the unit wherever the kit is linked.
+extern "C" const bool corvane_uikit_controlBackgroundInstalled;
+const bool corvane_uikit_controlBackgroundInstalled =
+    ns::Color::replaceSystemColorLazily("controlBackgroundColor", &cv_controlBackgroundColor);
 
 } // namespace corvane

@@ -1,7 +1,10 @@
 #include "kit/Categories/NSColor+Corvane.hpp"
 
+#include "kit/Categories/NSColor+Crayons.hpp"
+#include "kit/Objects/CVDynamicColor.hpp"
 #include "platform/graphics/ColorSpace.hpp"
 #include "platform/graphics/Image.hpp"
+#include "support/PlatformScopes.hpp"
 
 #include <gtest/gtest.h>
 
@@ -100,4 +103,98 @@ TEST(RGBDelta, CapsAtOneButHasNoLowerBound) {
     expectRGBA(darker, 0.9 - 0.07, 0.5 - 0.07, 0.05 - 0.07, 0.4);
     EXPECT_LT(rgba(darker).b, 0);
     EXPECT_EQ(darker->colorSpace(), ns::ColorSpace::sRGBColorSpace());
+}
+
+// --- The palette ---------------------------------------------------------------------------------
+
+TEST(Palette, BaseColoursHaveTheirValues) {
+    EXPECT_EQ(cv_hexRGBString(*cv_appColor()), "0xdb7100");
+    EXPECT_EQ(cv_hexRGBString(*cv_lightGrey()), "0xf0f0f0");
+    EXPECT_EQ(cv_hexRGBString(*cv_paleBlue()), "0xb2efff");
+    EXPECT_EQ(cv_hexRGBString(*cv_darkBlue()), "0x425374");
+    EXPECT_EQ(cv_hexRGBString(*cv_green()), "0xa8b417");
+    EXPECT_TRUE(cv_oliveGreen()->isEqual(*cv_greenText()));
+    EXPECT_EQ(cv_hexRGBString(*cv_greenText()), "0x7d9d1d");
+    EXPECT_EQ(cv_appColor()->colorSpaceName(), ns::CalibratedRGBColorSpace);
+
+    expectRGBA(cv_pastelRed(), 1, 179 / 255.0, 186 / 255.0, 1);
+    expectRGBA(cv_pastelOrange(), 1, 223 / 255.0, 186 / 255.0, 1);
+    expectRGBA(cv_pastelYellow(), 1, 1, 186 / 255.0, 1);
+    expectRGBA(cv_pastelGreen(), 223 / 255.0, 240 / 255.0, 217 / 255.0, 1);
+    expectRGBA(cv_pastelBlue(), 186 / 255.0, 225 / 255.0, 1, 1);
+    EXPECT_EQ(cv_pastelBlue()->colorSpace(), ns::ColorSpace::sRGBColorSpace());
+
+    // A new colour on every call, equal in value.
+    EXPECT_NE(cv_appColor(), cv_appColor());
+    EXPECT_TRUE(cv_appColor()->isEqual(*cv_appColor()));
+}
+
+TEST(Palette, RolesPassOnToTheirColours) {
+    EXPECT_TRUE(cv_appTitleColor()->isEqual(*cv_appColor()));
+    EXPECT_EQ(cv_appMessageColor(), cv_ironColor());
+    EXPECT_TRUE(cv_errorBackgroundColor()->isEqual(*cv_pastelRed()));
+    EXPECT_TRUE(cv_confirmationBackgroundColor()->isEqual(*cv_green()));
+    EXPECT_EQ(cv_confirmationTextColor(), ns::Color::whiteColor());
+    EXPECT_TRUE(cv_disabledTextFieldBackgroundColor()->isEqual(*cv_lightGrey()));
+    EXPECT_TRUE(cv_benefitLetterBackgroundColor()->isEqual(*cv_darkBlue()));
+    EXPECT_EQ(cv_linkColor(), ns::Color::linkColor());
+    EXPECT_EQ(cv_emptyBackgroundColor(), cv_controlBackgroundColor());
+}
+
+TEST(Palette, PairsAreMadeOnceWithTheirLightAndDarkColours) {
+    struct Expected {
+        ns::Ref<ns::Color> (*operation)();
+        ns::Ref<ns::Color> light, dark;
+    };
+    const Expected pairs[] = {
+        {cv_appLabelColor, cv_ironColor(), cv_aluminumColor()},
+        {cv_warnTextColor, cv_salmonColor(), cv_tangerineColor()},
+        {cv_notificationBackgroundColor, cv_pastelYellow(), cv_ironColor()},
+        {cv_helpTipBackgroundColor, cv_pastelBlue(), cv_ironColor()},
+        {cv_stateConfirmedBackgroundColor, ns::Color::colorWithRed(218 / 255.0, 237 / 255.0, 246 / 255.0, 1),
+         cv_ironColor()},
+        {cv_payslipDarkGridColor, ns::Color::darkGrayColor(), cv_nickelColor()},
+        {cv_payslipLightGridColor, cv_magnesiumColor(), ns::Color::darkGrayColor()},
+        {cv_borderColor, cv_silverColor(), cv_leadColor()},
+        {cv_controlBackgroundColor, cv_snowColor(), cv_tungstenColor()},
+    };
+    for (const auto& expected : pairs) {
+        auto pair = std::dynamic_pointer_cast<CVDynamicColor>(expected.operation());
+        ASSERT_TRUE(pair);
+        SCOPED_TRACE(pair->description());
+        EXPECT_EQ(expected.operation(), pair);
+        EXPECT_TRUE(pair->aquaColor()->isEqual(*expected.light));
+        EXPECT_TRUE(pair->darkAquaColor()->isEqual(*expected.dark));
+    }
+
+    auto alternate = std::dynamic_pointer_cast<CVDynamicColor>(cv_altControlBackgroundColor());
+    ASSERT_TRUE(alternate);
+    EXPECT_EQ(cv_altControlBackgroundColor(), alternate);
+    EXPECT_EQ(alternate->aquaColor(), cv_snowColor());
+    const double tungsten = 0x33 / 255.0;
+    expectRGBA(alternate->darkAquaColor(), tungsten - 0.07, tungsten - 0.07, tungsten - 0.07, 1);
+}
+
+TEST(Palette, PairsDrawByTheAppearance) {
+    ApplicationAppearanceScope light(ns::AppearanceNameAqua);
+    EXPECT_DOUBLE_EQ(cv_borderColor()->redComponent(), 0xCC / 255.0);           // Silver
+    EXPECT_DOUBLE_EQ(cv_payslipLightGridColor()->redComponent(), 0xB3 / 255.0); // Magnesium
+    darkAqua()->performAsCurrentDrawingAppearance([] {
+        EXPECT_DOUBLE_EQ(cv_borderColor()->redComponent(), 0x19 / 255.0); // Lead
+        EXPECT_DOUBLE_EQ(cv_payslipLightGridColor()->whiteComponent(), 1.0 / 3.0);
+    });
+    ns::Appearance::setApplicationEffectiveAppearance(darkAqua());
+    PlatformVersionScope old({10, 13, 6});
+    EXPECT_DOUBLE_EQ(cv_borderColor()->redComponent(), 0xCC / 255.0);
+}
+
+TEST(Palette, TheKitsControlBackgroundIsThePlatformsEverywhere) {
+    auto pair = cv_controlBackgroundColor();
+    EXPECT_EQ(ns::Color::controlBackgroundColor(), pair);
+    EXPECT_EQ(ns::Color::systemColorNamed("controlBackgroundColor"), pair);
+    EXPECT_EQ(ns::Color::colorWithCatalogName("System", "controlBackgroundColor"), pair);
+    EXPECT_EQ(cv_emptyBackgroundColor(), pair);
+
+    ApplicationAppearanceScope dark(ns::AppearanceNameDarkAqua);
+    EXPECT_DOUBLE_EQ(ns::Color::controlBackgroundColor()->redComponent(), 0x33 / 255.0); // Tungsten
 }

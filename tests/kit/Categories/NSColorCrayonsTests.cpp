@@ -1,5 +1,8 @@
 #include "kit/Categories/NSColor+Crayons.hpp"
 
+#include "kit/Categories/NSColor+Corvane.hpp"
+#include "kit/Objects/CVDynamicColor.hpp"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -68,6 +71,8 @@ TEST(CrayonsDeathTest, WithoutTheListCrayonsAreNilAndTheListIsAskedForAgain) {
         check(!cv_crayonsColorList(), "no list");
         for (const auto& entry : cv_crayonOperations())
             check(!entry.operation(), "every crayon nil");
+        auto border = std::dynamic_pointer_cast<CVDynamicColor>(cv_borderColor());
+        check(border && !border->aquaColor() && !border->darkAquaColor(), "the pairs hold nil colours");
 
         auto partial = ns::ColorList::make("Crayons");
         partial->setColor(ns::Color::whiteColor(), "Snow");
