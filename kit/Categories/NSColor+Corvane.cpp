@@ -271,4 +271,65 @@ extern "C" const bool corvane_uikit_controlBackgroundInstalled;
 const bool corvane_uikit_controlBackgroundInstalled =
     ns::Color::replaceSystemColorLazily("controlBackgroundColor", &cv_controlBackgroundColor);
 
+// --- Colours by name ---------------------------------------------------------------------------
+
+namespace {
+
+// The palette's operations by the names the colour type knows them by; the control background
+// pair answers for the platform's name it replaces.
+constexpr CVNamedColorOperation kPaletteOperations[] = {
+    {"cv_appColor", &cv_appColor},
+    {"cv_lightGrey", &cv_lightGrey},
+    {"cv_paleBlue", &cv_paleBlue},
+    {"cv_darkBlue", &cv_darkBlue},
+    {"cv_green", &cv_green},
+    {"cv_oliveGreen", &cv_oliveGreen},
+    {"cv_greenText", &cv_greenText},
+    {"cv_pastelRed", &cv_pastelRed},
+    {"cv_pastelOrange", &cv_pastelOrange},
+    {"cv_pastelYellow", &cv_pastelYellow},
+    {"cv_pastelGreen", &cv_pastelGreen},
+    {"cv_pastelBlue", &cv_pastelBlue},
+    {"cv_appTitleColor", &cv_appTitleColor},
+    {"cv_appMessageColor", &cv_appMessageColor},
+    {"cv_errorBackgroundColor", &cv_errorBackgroundColor},
+    {"cv_confirmationBackgroundColor", &cv_confirmationBackgroundColor},
+    {"cv_confirmationTextColor", &cv_confirmationTextColor},
+    {"cv_emptyBackgroundColor", &cv_emptyBackgroundColor},
+    {"cv_disabledTextFieldBackgroundColor", &cv_disabledTextFieldBackgroundColor},
+    {"cv_benefitLetterBackgroundColor", &cv_benefitLetterBackgroundColor},
+    {"cv_linkColor", &cv_linkColor},
+    {"cv_appLabelColor", &cv_appLabelColor},
+    {"cv_warnTextColor", &cv_warnTextColor},
+    {"cv_notificationBackgroundColor", &cv_notificationBackgroundColor},
+    {"cv_helpTipBackgroundColor", &cv_helpTipBackgroundColor},
+    {"cv_stateConfirmedBackgroundColor", &cv_stateConfirmedBackgroundColor},
+    {"cv_payslipDarkGridColor", &cv_payslipDarkGridColor},
+    {"cv_payslipLightGridColor", &cv_payslipLightGridColor},
+    {"cv_borderColor", &cv_borderColor},
+    {"controlBackgroundColor", &cv_controlBackgroundColor},
+    {"cv_altControlBackgroundColor", &cv_altControlBackgroundColor},
+};
+
+std::optional<CVColorOperation> findOperation(std::span<const CVNamedColorOperation> operations,
+                                              std::string_view name) {
+    for (const auto& entry : operations)
+        if (entry.name == name)
+            return CVColorOperation(entry.operation);
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<CVColorOperation> cv_colorOperationNamed(std::string_view name) {
+    if (auto operation = findOperation(kPaletteOperations, name))
+        return operation;
+    if (auto operation = findOperation(cv_crayonOperations(), name))
+        return operation;
+    for (const std::string& systemName : ns::Color::systemColorNames())
+        if (systemName == name)
+            return CVColorOperation([systemName] { return ns::Color::systemColorNamed(systemName); });
+    return std::nullopt;
+}
+
 } // namespace corvane

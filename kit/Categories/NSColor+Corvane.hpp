@@ -2,6 +2,7 @@
 
 #include "platform/graphics/Color.hpp"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -72,5 +73,13 @@ ns::Ref<ns::Color> cv_borderColor();                   // Silver / Lead
 // process: ns::Color::controlBackgroundColor() and systemColorNamed answer this very object.
 ns::Ref<ns::Color> cv_controlBackgroundColor();
 ns::Ref<ns::Color> cv_altControlBackgroundColor(); // Snow / Tungsten darkened by 0.07
+
+// --- Colours by name --------------------------------------------------------------------------
+
+// A class-level colour operation that takes no argument.
+using CVColorOperation = std::function<ns::Ref<ns::Color>()>;
+// The colour type's class-level operation of exactly that name ("windowBackgroundColor",
+// "controlBackgroundColor", "cv_appColor", "cv_snowColor"); nullopt when it has none.
+std::optional<CVColorOperation> cv_colorOperationNamed(std::string_view name);
 
 } // namespace corvane

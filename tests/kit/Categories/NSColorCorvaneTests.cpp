@@ -198,3 +198,28 @@ TEST(Palette, TheKitsControlBackgroundIsThePlatformsEverywhere) {
     ApplicationAppearanceScope dark(ns::AppearanceNameDarkAqua);
     EXPECT_DOUBLE_EQ(ns::Color::controlBackgroundColor()->redComponent(), 0x33 / 255.0); // Tungsten
 }
+
+// --- Colours by name -----------------------------------------------------------------------------
+
+TEST(ColorOperations, NamesReachPlatformPaletteAndCrayonColours) {
+    auto call = [](std::string_view name) -> ns::Ref<ns::Color> {
+        auto operation = cv_colorOperationNamed(name);
+        return operation ? (*operation)() : nullptr;
+    };
+    EXPECT_EQ(call("windowBackgroundColor"), ns::Color::windowBackgroundColor());
+    EXPECT_EQ(call("blackColor"), ns::Color::blackColor());
+    EXPECT_EQ(call("controlBackgroundColor"), cv_controlBackgroundColor());
+    EXPECT_EQ(call("cv_borderColor"), cv_borderColor());
+    EXPECT_EQ(cv_hexRGBString(*call("cv_appColor")), "0xdb7100");
+    EXPECT_EQ(call("cv_snowColor"), cv_snowColor());
+    EXPECT_EQ(call("cv_seafoamColor"), cv_seafoamColor());
+
+    for (const std::string& name : ns::Color::systemColorNames())
+        EXPECT_TRUE(call(name)) << name;
+    for (const auto& crayon : cv_crayonOperations())
+        EXPECT_TRUE(call(crayon.name)) << crayon.name;
+
+    for (const char* name : {"", "cv_appcolor", "appColor", "colorFromHexRGB", "cv_crayonsColorList",
+                             "cv_hexRGBString", "Snow", "cv_controlBackgroundColor"})
+        EXPECT_FALSE(cv_colorOperationNamed(name)) << name;
+}
