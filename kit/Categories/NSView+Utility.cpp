@@ -1,9 +1,13 @@
 #include "kit/Categories/NSView+Utility.hpp"
 
+#include "kit/Categories/NSAppearance+Corvane.hpp"
+#include "kit/Views/CVContentView.hpp"
 #include "platform/foundation/Log.hpp"
+#include "platform/graphics/Appearance.hpp"
 #include "platform/graphics/AttributedString.hpp"
 #include "platform/graphics/Color.hpp"
 #include "platform/graphics/Font.hpp"
+#include "platform/graphics/PlatformVersion.hpp"
 
 namespace corvane {
 
@@ -101,7 +105,27 @@ void chainEqual(ns::View& container, const std::vector<ns::Ref<ns::View>>& views
     }
 }
 
+ns::Ref<CVContentView> wrap(ns::Ref<CVContentView> container, ns::View& view, ns::EdgeInsets edgeInsets) {
+    addSubview(*container, refOf(view), edgeInsets);
+    return container;
+}
+
 } // namespace
+
+bool cv_isDarkMode(const ns::View& view) {
+    if (!ns::platformHasDarkAppearance())
+        return false;
+    auto appearance = view.effectiveAppearance();
+    return appearance && cv_isDarkMode(*appearance);
+}
+
+ns::Ref<CVContentView> qs_containerViewWithEdgeInsets(ns::View& view, ns::EdgeInsets edgeInsets) {
+    return wrap(CVContentView::make(view.frame()), view, edgeInsets);
+}
+
+ns::Ref<CVContentView> qs_lightContainerViewWithEdgeInsets(ns::View& view, ns::EdgeInsets edgeInsets) {
+    return wrap(CVLightContentView::make(view.frame()), view, edgeInsets);
+}
 
 bool qs_visible(const ns::View& view) {
     return !view.isHidden();

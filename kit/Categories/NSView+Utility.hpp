@@ -13,6 +13,8 @@
 // constraint. Nil views are tolerated: a recipe that needs a missing view makes nothing for it.
 namespace corvane {
 
+class CVContentView;
+
 // Placement masks for addSubview(container, subview, constraintFlags). Other bits are ignored;
 // bits that contradict each other both make their constraints.
 using QSConstraintFlags = uint64_t;
@@ -33,6 +35,15 @@ constexpr QSConstraintFlags QSConstraintFlagLeft = 0x800;
 // Whether the view's own hidden flag is off (ancestors are not consulted).
 bool qs_visible(const ns::View& view);
 void setQs_visible(ns::View& view, bool visible);
+
+// Whether the view's effective appearance is dark; false below 10.14.
+bool cv_isDarkMode(const ns::View& view);
+
+// --- Wrapping in a content panel -------------------------------------------------------------------
+// A new content panel with the view's frame, holding the view pinned by the insets (the view
+// leaves its former superview). The light variant paints its fill colour.
+ns::Ref<CVContentView> qs_containerViewWithEdgeInsets(ns::View& view, ns::EdgeInsets edgeInsets);
+ns::Ref<CVContentView> qs_lightContainerViewWithEdgeInsets(ns::View& view, ns::EdgeInsets edgeInsets);
 
 // --- Pinning and placing subviews -----------------------------------------------------------------
 // A new plain view whose height is fixed by a required constraint.

@@ -2,6 +2,7 @@
 
 #include "platform/foundation/Log.hpp"
 #include "platform/graphics/AttributedString.hpp"
+#include "support/PlatformScopes.hpp"
 
 #include <gtest/gtest.h>
 
@@ -278,4 +279,19 @@ TEST(NSViewUtilityVisibility, VisibleIsTheOppositeOfHidden) {
     EXPECT_FALSE(qs_visible(*view));
     setQs_visible(*view, true);
     EXPECT_FALSE(view->isHidden());
+}
+
+TEST(NSViewUtilityAppearance, AViewIsDarkByItsEffectiveAppearance) {
+    ApplicationAppearanceScope light(ns::AppearanceNameAqua);
+    auto window = ns::View::make();
+    auto view = ns::View::make();
+    window->addSubview(view);
+    EXPECT_FALSE(cv_isDarkMode(*view));
+    window->setAppearance(darkAqua());
+    EXPECT_TRUE(cv_isDarkMode(*view));
+    view->setAppearance(aqua());
+    EXPECT_FALSE(cv_isDarkMode(*view));
+    view->setAppearance(darkAqua());
+    PlatformVersionScope mojaveLess({10, 13, 6});
+    EXPECT_FALSE(cv_isDarkMode(*view));
 }
