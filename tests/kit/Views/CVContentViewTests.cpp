@@ -346,6 +346,15 @@ TEST_F(CVContentViewStatements, ASizeWithoutArgumentsWarns) {
     EXPECT_EQ(records[0].flag, corvane::core::CoreLogFlagWarning);
 }
 
+TEST_F(CVContentViewStatements, ANilTargetIsLeftAloneSilently) {
+    panel->uiStyler()->style(nullptr,
+                             "width:10;height:5;fillColor:cv_appColor;border:1;tlbr:1;sheetButtonsFooter;"
+                             "uniqueWidth;fitWidth;right-column-width:3");
+    EXPECT_TRUE(panel->constraints().empty());
+    EXPECT_FALSE(panel->hasTopBorder());
+    EXPECT_TRUE(warnings().empty());
+}
+
 TEST_F(CVContentViewStatements, FitWidthPinsTheFittingWidth) {
     auto label = ns::View::make();
     addSubview(*panel, label, ns::EdgeInsets{0, 4, 0, 6});
