@@ -271,16 +271,6 @@ TEST(NSViewUtilityFinding, EnclosingViewLooksOnlyAtAncestors) {
     EXPECT_EQ(qs_enclosingView(*inner, nullptr), nullptr);
 }
 
-TEST(NSViewUtilityVisibility, VisibleIsTheOppositeOfHidden) {
-    auto view = ns::View::make();
-    EXPECT_TRUE(qs_visible(*view));
-    setQs_visible(*view, false);
-    EXPECT_TRUE(view->isHidden());
-    EXPECT_FALSE(qs_visible(*view));
-    setQs_visible(*view, true);
-    EXPECT_FALSE(view->isHidden());
-}
-
 TEST(NSViewUtilityAppearance, AViewIsDarkByItsEffectiveAppearance) {
     ApplicationAppearanceScope light(ns::AppearanceNameAqua);
     auto window = ns::View::make();

@@ -140,9 +140,3 @@ TEST_F(DynamicColor, WithoutADarkColourNoDarkEntryIsWritten) {
     EXPECT_EQ(decoded->darkAquaColor(), nullptr);
 }
 
-TEST_F(DynamicColor, DescriptionNamesBothColours) {
-    std::string text = color->description();
-    EXPECT_NE(text.find("CVDynamicColor"), std::string::npos);
-    EXPECT_NE(text.find(light->description()), std::string::npos);
-    EXPECT_NE(text.find(dark->description()), std::string::npos);
-}

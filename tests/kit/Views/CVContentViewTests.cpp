@@ -4,7 +4,6 @@
 #include "core/CoreLogCapture.hpp"
 #include "kit/Categories/NSColor+Corvane.hpp"
 #include "kit/Categories/NSView+Utility.hpp"
-#include "platform/foundation/Log.hpp"
 #include "support/PixelProbe.hpp"
 
 #include <gtest/gtest.h>
@@ -174,20 +173,6 @@ TEST(CVContentViewRedisplay, OnlyTheNineObservedPropertiesAskForDisplay) {
     EXPECT_FALSE(asksForDisplay([&] { panel->setLayoutOptions(CVLayoutOptionUniqueWidth); }));
 }
 
-TEST(CVContentViewRedisplay, ForeignObservationContextsAreIgnored) {
-    auto panel = CVContentView::make({0, 0, 20, 10});
-    const auto before = panel->displayRequestCount();
-    int foreign = 0;
-    panel->observeValueForKeyPath("hasTopBorder", panel.get(), {}, &foreign);
-    EXPECT_EQ(panel->displayRequestCount(), before);
-}
-
-TEST(CVContentViewRedisplay, APanelGoesAwayWithoutLeavingObservations) {
-    ns::LogCapture capture;
-    { auto panel = CVContentView::make(); }
-    EXPECT_TRUE(capture.messages().empty());
-}
-
 // --- Layout and frame ---------------------------------------------------------------------------
 
 TEST(CVContentViewDelegateCalls, LayoutTellsTheDelegateBetweenTwoPasses) {
@@ -232,16 +217,6 @@ TEST(CVContentViewDelegateCalls, FrameChangesAndMovesAreReported) {
     delegate.reset(); // held weakly: a gone delegate is simply not called
     panel->setFrame({0, 0, 40, 10});
     EXPECT_EQ(panel->delegate(), nullptr);
-}
-
-TEST(CVContentViewDelegateCalls, PreferredWidthsFollowThePanel) {
-    auto panel = CVContentView::make({0, 0, 300, 50});
-    auto field = ns::TextField::make({40, 0, 100, 20});
-    panel->updatePreferredMaxLayoutWidth(field, 20);
-    EXPECT_EQ(field->preferredMaxLayoutWidth(), 280);
-    panel->updatePreferredMaxLayoutWidthRightOffset(field, 20);
-    EXPECT_EQ(field->preferredMaxLayoutWidth(), 240);
-    panel->updatePreferredMaxLayoutWidth(nullptr, 20);
 }
 
 // --- Statements ---------------------------------------------------------------------------------
