@@ -81,21 +81,10 @@ void setOffset(CVContentView& view, size_t index, const std::string& argument) {
 }
 
 void setEdge(CVContentView& view, size_t index, const std::string& argument) {
-    const bool on = ns::stringBoolValue(argument);
-    switch (index) {
-    case 0:
-        view.setHasTopBorder(on);
-        break;
-    case 1:
-        view.setHasLeftBorder(on);
-        break;
-    case 2:
-        view.setHasBottomBorder(on);
-        break;
-    default:
-        view.setHasRightBorder(on);
-        break;
-    }
+    using EdgeSetter = void (CVContentView::*)(bool);
+    constexpr EdgeSetter setters[] = {&CVContentView::setHasTopBorder, &CVContentView::setHasLeftBorder,
+                                      &CVContentView::setHasBottomBorder, &CVContentView::setHasRightBorder};
+    (view.*setters[index])(ns::stringBoolValue(argument));
 }
 
 void fillWithColorNamed(CVUIStyler&, const ns::Ref<ns::Object>& target, const std::string& name) {
