@@ -227,38 +227,23 @@ TEST_F(QSStackViewTest, HiddenViewsAreObservedButNotPlacedAndShowUpInTheirPlace)
 }
 
 TEST_F(QSStackViewTest, InsertionCountsVisibleViewsAndKeepsHiddenOnesInFront) {
-    auto delta = [] {
-        return box(10, 10);
+    b->setHidden(true);
+    auto d = box(10, 10);
+    struct Case {
+        Views before;
+        size_t index; // among the visible views
+        Views after;
     };
-    auto setUp = [&] {
+    for (const Case& test : {Case{{a, b, c}, 1, {a, b, d, c}}, Case{{a, b, c}, 0, {d, a, b, c}},
+                             Case{{a, b, c}, 5, {a, b, c, d}}, Case{{b, a}, 0, {b, d, a}}}) {
         auto s = QSStackView::make();
-        b->setHidden(true);
-        s->setViews({a, b, c}, Top);
-        return s;
-    };
-    auto s1 = setUp();
-    auto d1 = delta();
-    s1->insertView(d1, 1, Top);
-    EXPECT_EQ(*s1->observedViewsInGravity(Top), (Views{a, b, d1, c}));
-    EXPECT_EQ(s1->viewsInGravity(Top), (Views{a, d1, c}));
-
-    auto s0 = setUp();
-    auto d0 = delta();
-    s0->insertView(d0, 0, Top);
-    EXPECT_EQ(*s0->observedViewsInGravity(Top), (Views{d0, a, b, c}));
-
-    auto s5 = setUp();
-    auto d5 = delta();
-    s5->insertView(d5, 5, Top);
-    EXPECT_EQ(*s5->observedViewsInGravity(Top), (Views{a, b, c, d5}));
-    EXPECT_EQ(s5->viewsInGravity(Top), (Views{a, c, d5}));
-
-    auto lead = QSStackView::make();
-    lead->setViews({b, a}, Top); // b is hidden
-    auto d = delta();
-    lead->insertView(d, 0, Top);
-    EXPECT_EQ(*lead->observedViewsInGravity(Top), (Views{b, d, a}));
-    EXPECT_EQ(lead->viewsInGravity(Top), (Views{d, a}));
+        s->setViews(test.before, Top);
+        s->insertView(d, test.index, Top);
+        EXPECT_EQ(*s->observedViewsInGravity(Top), test.after) << test.index;
+        Views visible = test.after;
+        std::erase(visible, b);
+        EXPECT_EQ(s->viewsInGravity(Top), visible) << test.index;
+    }
 }
 
 TEST_F(QSStackViewTest, RemovingViews) {

@@ -7,25 +7,13 @@
 using ns::Value;
 
 TEST(ValueConversions, BoolReadsFirstSignificantCharacter) {
-    EXPECT_TRUE(Value("YES").boolValue());
-    EXPECT_TRUE(Value("  y").boolValue());
-    EXPECT_TRUE(Value("true").boolValue());
-    EXPECT_TRUE(Value("T").boolValue());
-    EXPECT_TRUE(Value("1").boolValue());
-    EXPECT_TRUE(Value("9").boolValue());
-    EXPECT_TRUE(Value("-0007").boolValue()); // sign and zeros are skipped
-    EXPECT_TRUE(Value("+01").boolValue());
-    EXPECT_TRUE(Value("\t\n 0042").boolValue());
-    EXPECT_FALSE(Value("no").boolValue());
-    EXPECT_FALSE(Value("0").boolValue());
-    EXPECT_FALSE(Value("000").boolValue());
-    EXPECT_FALSE(Value("").boolValue());
-    EXPECT_FALSE(Value("  ").boolValue());
-    EXPECT_FALSE(Value("false").boolValue());
-    EXPECT_FALSE(Value("-").boolValue());
-    EXPECT_FALSE(Value(" x1").boolValue());
-    EXPECT_FALSE(Value("0.5").boolValue()); // the '.' after the zeros decides
-    EXPECT_FALSE(Value("--1").boolValue()); // only one sign
+    // Leading white space, one sign and zeros are skipped; the character after them decides.
+    for (const char* yes : {"YES", "  y", "true", "T", "1", "9", "-0007", "+01", "\t\n 0042"}) {
+        EXPECT_TRUE(Value(yes).boolValue()) << yes;
+    }
+    for (const char* no : {"no", "0", "000", "", "  ", "false", "-", " x1", "0.5", "--1"}) {
+        EXPECT_FALSE(Value(no).boolValue()) << no;
+    }
 }
 
 TEST(ValueConversions, FloatIsSinglePrecisionAndSkipsLeadingWhiteSpace) {

@@ -273,19 +273,13 @@ TEST(AttributedString, AlignmentPlacesTheLine) {
 TEST(AttributedString, DrawAtPointPutsTheTextAboveThePointUnlessFlipped) {
     auto text = AttributedString::make("Hg", fontAttributes(20));
     double height = text->size().height;
-    {
-        Canvas canvas(60, 60);
-        text->drawAtPoint({5, 10}); // box from y 10 up: rows 60 - 10 - height ... 50
+    for (bool flipped : {false, true}) {
+        Canvas canvas(60, 60, flipped);
+        text->drawAtPoint({5, 10});
+        // Unflipped, the box runs from y 10 up: rows 50 - height to 50; flipped, rows 10 down.
         Ink ink = inkOf(canvas, 60, 60, anyInk);
-        EXPECT_LE(ink.bottom, 50);
-        EXPECT_GE(ink.top, int(50 - height));
-    }
-    {
-        Canvas canvas(60, 60, true);
-        text->drawAtPoint({5, 10}); // box from y 10 down
-        Ink ink = inkOf(canvas, 60, 60, anyInk);
-        EXPECT_GE(ink.top, 10);
-        EXPECT_LE(ink.bottom, int(10 + height));
+        EXPECT_GE(ink.top, flipped ? 10 : int(50 - height)) << flipped;
+        EXPECT_LE(ink.bottom, flipped ? int(10 + height) : 50) << flipped;
     }
 }
 
