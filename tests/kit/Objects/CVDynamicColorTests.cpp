@@ -139,4 +139,3 @@ TEST_F(DynamicColor, WithoutADarkColourNoDarkEntryIsWritten) {
     EXPECT_TRUE(decoded->aquaColor()->isEqual(*light));
     EXPECT_EQ(decoded->darkAquaColor(), nullptr);
 }
-

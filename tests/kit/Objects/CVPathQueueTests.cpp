@@ -198,8 +198,6 @@ TEST_F(CVPathQueueTest, EachKindOfChangeArrivesAsItsNamesInOrder) {
     EXPECT_EQ(heard("folder"), (Names{Written}));
     EXPECT_EQ(heard("gone"), (Names{Deleted, LinkCountChanged}));
     EXPECT_EQ(m_reports.size(), 16u + heard("sentinel").size());
-    EXPECT_EQ(corvane::CVPathQueueAccessRevocationNotification,
-              std::string("CVPathQueueAccessWasRevokedNotification"));
 }
 
 TEST_F(CVPathQueueTest, TheDelegateHearsFirstAndPostsFollowOnlyWhenAsked) {

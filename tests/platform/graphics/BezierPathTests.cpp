@@ -177,6 +177,8 @@ TEST(BezierPath, StrokeUsesStrokeColourAndLineWidth) {
     EXPECT_EQ(canvas.pixel(5, 3), (RGBA{0, 0, 255, 255}));
     EXPECT_EQ(canvas.pixel(5, 6), (RGBA{0, 0, 255, 255}));
     EXPECT_EQ(canvas.pixel(5, 2).a, 0);
+    RectFill({0, 0, 1, 1}); // the fill colour is still the fill's
+    EXPECT_EQ(canvas.pixel(0, 9), (RGBA{255, 0, 0, 255}));
     // Width 0 is the thinnest visible line.
     path->setLineWidth(0);
     path->transformUsingAffineTransform(AffineTransform::translation(0, 4.5)); // y 9.5: row 0

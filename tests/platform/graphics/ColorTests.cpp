@@ -1,4 +1,5 @@
 #include "Canvas.hpp"
+#include "support/PlatformScopes.hpp"
 
 #include "platform/foundation/Log.hpp"
 #include "platform/graphics/Appearance.hpp"
@@ -14,21 +15,6 @@
 using namespace ns;
 
 namespace {
-
-// Runs the scope with the thread's drawing appearance set to the named one.
-struct AppearanceScope {
-    Ref<Appearance> previous = Appearance::currentAppearance();
-    explicit AppearanceScope(const char* name) {
-        Appearance::setCurrentAppearance(Appearance::appearanceNamed(name));
-    }
-    ~AppearanceScope() { Appearance::setCurrentAppearance(previous); }
-};
-
-struct VersionScope {
-    OperatingSystemVersion previous = platformVersion();
-    explicit VersionScope(OperatingSystemVersion version) { setPlatformVersion(version); }
-    ~VersionScope() { setPlatformVersion(previous); }
-};
 
 // A colour that stands for one of two colours, chosen by a switch at each call.
 class SwitchColor : public Color {
@@ -241,40 +227,34 @@ TEST(Color, SystemColoursFollowTheDrawingAppearance) {
     EXPECT_EQ(window->catalogNameComponent(), "System");
     EXPECT_EQ(window->colorNameComponent(), "windowBackgroundColor");
     EXPECT_EQ(Color::colorWithCatalogName("System", "windowBackgroundColor"), window);
-    {
-        AppearanceScope light(AppearanceNameAqua);
+    aqua()->performAsCurrentDrawingAppearance([&] {
         EXPECT_NEAR(window->redComponent(), 236 / 255.0, 1e-12);
         EXPECT_NEAR(Color::linkColor()->blueComponent(), 0xDA / 255.0, 1e-12);
-    }
+    });
     Ref<Color> fixedInDark;
-    {
-        AppearanceScope dark(AppearanceNameDarkAqua);
+    darkAqua()->performAsCurrentDrawingAppearance([&] {
         EXPECT_NEAR(window->redComponent(), 50 / 255.0, 1e-12);
         EXPECT_NEAR(Color::textColor()->whiteComponent(), 1, 1e-12);
         fixedInDark = window->colorWithAlphaComponent(1);
-        // Vibrant dark derives from dark aqua.
-        Appearance::setCurrentAppearance(Appearance::appearanceNamed(AppearanceNameVibrantDark));
+    });
+    // Vibrant dark derives from dark aqua; a colour derived in the dark stays dark.
+    Appearance::appearanceNamed(AppearanceNameVibrantDark)->performAsCurrentDrawingAppearance([&] {
         EXPECT_NEAR(window->redComponent(), 50 / 255.0, 1e-12);
-    }
-    {
-        AppearanceScope light(AppearanceNameAqua);
-        // A colour derived in the dark stays dark.
-        EXPECT_NEAR(fixedInDark->redComponent(), 50 / 255.0, 1e-12);
-    }
+    });
+    aqua()->performAsCurrentDrawingAppearance(
+        [&] { EXPECT_NEAR(fixedInDark->redComponent(), 50 / 255.0, 1e-12); });
 }
 
 TEST(Color, WithoutADrawingAppearanceTheApplicationsDecides) {
     ASSERT_FALSE(Appearance::currentAppearance());
-    Appearance::setApplicationEffectiveAppearance(Appearance::appearanceNamed(AppearanceNameDarkAqua));
+    Appearance::setApplicationEffectiveAppearance(darkAqua());
     EXPECT_NEAR(Color::controlBackgroundColor()->redComponent(), 0x1E / 255.0, 1e-12);
-    {
-        // The drawing appearance wins over the application's.
-        AppearanceScope light(AppearanceNameAqua);
-        EXPECT_NEAR(Color::controlBackgroundColor()->redComponent(), 1, 1e-12);
-    }
+    // The drawing appearance wins over the application's.
+    aqua()->performAsCurrentDrawingAppearance(
+        [] { EXPECT_NEAR(Color::controlBackgroundColor()->redComponent(), 1, 1e-12); });
     {
         // Below 10.14 there is no dark appearance: light values throughout.
-        VersionScope old({10, 13, 6});
+        PlatformVersionScope old({10, 13, 6});
         EXPECT_NEAR(Color::controlBackgroundColor()->redComponent(), 1, 1e-12);
     }
     Appearance::setApplicationEffectiveAppearance(nullptr);
@@ -326,11 +306,7 @@ TEST(Color, ALazyReplacementIsMadeAtTheFirstRequestAndKept) {
     EXPECT_TRUE(log.contains("noSuchColor"));
 }
 
-TEST(Color, FixedColoursHaveThePlatformValues) {
-    EXPECT_DOUBLE_EQ(Color::darkGrayColor()->whiteComponent(), 1.0 / 3.0);
-    EXPECT_DOUBLE_EQ(Color::lightGrayColor()->whiteComponent(), 2.0 / 3.0);
-    EXPECT_DOUBLE_EQ(Color::clearColor()->alphaComponent(), 0);
-    EXPECT_DOUBLE_EQ(Color::brownColor()->greenComponent(), 0.4);
+TEST(Color, FixedColoursAreSystemColoursByName) {
     EXPECT_EQ(Color::whiteColor(), Color::systemColorNamed("whiteColor"));
     auto names = Color::systemColorNames();
     EXPECT_TRUE(std::is_sorted(names.begin(), names.end()));
@@ -409,17 +385,6 @@ TEST(Color, CGColorHandleOutlivesItsColour) {
     auto back = Color::colorWithCGColor(handle);
     EXPECT_TRUE(back->isEqual(*Color::colorWithCalibratedRed(0.1, 0.2, 0.3, 0.4)));
     EXPECT_FALSE(CGColor::make(ColorSpace::genericGrayColorSpace(), {0.5}));
-}
-
-TEST(Color, SetFillAndSetStrokeAreSeparate) {
-    Canvas canvas(4, 4);
-    Color::redColor()->setFill();
-    Color::blueColor()->setStroke();
-    RectFill({0, 0, 4, 4});
-    EXPECT_EQ(canvas.pixel(0, 0), (RGBA{255, 0, 0, 255}));
-    Color::greenColor()->set();
-    RectFill({0, 0, 4, 4});
-    EXPECT_EQ(canvas.pixel(0, 0), (RGBA{0, 255, 0, 255}));
 }
 
 TEST(Color, SwatchFillsTheRectangleSourceOver) {

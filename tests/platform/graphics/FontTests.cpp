@@ -105,8 +105,6 @@ TEST(ParagraphStyle, DefaultsCopiesAndEquality) {
     EXPECT_EQ(standard->alignment(), TextAlignment::Natural);
     EXPECT_EQ(standard->lineBreakMode(), LineBreakMode::ByWordWrapping);
     EXPECT_EQ(standard->paragraphSpacing(), 0);
-    static_assert(static_cast<int>(TextAlignment::Right) == 1 &&
-                  static_cast<int>(TextAlignment::Center) == 2);
 
     auto centred = MutableParagraphStyle::make();
     centred->setParagraphStyle(standard);

@@ -113,10 +113,6 @@ TEST(GraphicsContext, CurrentContextStackRestoresThePreviousContext) {
 }
 
 TEST(GraphicsContext, CompositingOperations) {
-    static_assert(static_cast<int>(CompositingOperation::Copy) == 1);
-    static_assert(static_cast<int>(CompositingOperation::SourceOver) == 2);
-    static_assert(static_cast<int>(CompositingOperation::PlusLighter) == 13);
-    static_assert(static_cast<int>(CompositingOperation::Luminosity) == 28);
     Canvas canvas(4, 1);
     Color::whiteColor()->set();
     RectFill({0, 0, 4, 1});
