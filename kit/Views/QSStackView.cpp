@@ -269,7 +269,7 @@ void QSStackView::addView(const ns::Ref<ns::View>& view, ns::StackViewGravity gr
         return;
     qs_disableTranslatesAutoresizingMaskIntoConstraints({view});
     if (view->isHidden())
-        commitView(view, QSNotFound, gravity);
+        commitView(view, ns::NotFound, gravity);
     else
         // The base appends through insertView, which commits the view to the observed list.
         ns::StackView::addView(view, gravity);
@@ -305,7 +305,7 @@ void QSStackView::commitView(const ns::Ref<ns::View>& view, uint64_t index, ns::
     }
     ViewList& list = m_observed[key(gravity)];
     auto position = list.end();
-    if (index != static_cast<uint64_t>(QSNotFound)) {
+    if (index != static_cast<uint64_t>(ns::NotFound)) {
         int64_t visibleIndex = -1;
         for (auto it = list.begin(); it != list.end(); ++it) {
             if (!(*it)->isHidden())

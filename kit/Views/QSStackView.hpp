@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/foundation/Range.hpp"
 #include "platform/foundation/Value.hpp"
 #include "platform/views/StackView.hpp"
 
@@ -24,9 +25,8 @@ extern void* CVContextHidden;
 constexpr uint64_t QSStackViewContentSizeWidth = 1;
 constexpr uint64_t QSStackViewContentSizeHeight = 2;
 
-// "Not found", for indexes and gravities alike.
-constexpr int64_t QSNotFound = INT64_MAX;
-constexpr ns::StackViewGravity QSGravityNotFound = static_cast<ns::StackViewGravity>(QSNotFound);
+// The gravity of a view that is in none.
+constexpr ns::StackViewGravity QSGravityNotFound = static_cast<ns::StackViewGravity>(ns::NotFound);
 
 // Called with the stack and the view once a recorded show or hide has been applied.
 using QSStackViewVisibilityBlock = std::function<void(QSStackView& stack, const ns::Ref<ns::View>& view)>;
@@ -119,7 +119,7 @@ public:
     void removeViews(const ViewList& views);
     void removeAllViews();
     // The observed-list half of an insertion: the view goes in front of the visible view that
-    // has the index among the gravity's visible views, or to the end (QSNotFound, or no match).
+    // has the index among the gravity's visible views, or to the end (ns::NotFound, or no match).
     void commitView(const ns::Ref<ns::View>& view, uint64_t index, ns::StackViewGravity gravity);
 
     // --- Content size -------------------------------------------------------------------------

@@ -5,6 +5,9 @@
 
 namespace ns {
 
+// The position, index or value answered when nothing was found.
+constexpr int64_t NotFound = INT64_MAX;
+
 // A run of positions in a sequence: its first position and its length.
 struct Range {
     uint64_t location = 0;
