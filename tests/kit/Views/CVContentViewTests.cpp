@@ -22,13 +22,7 @@ ns::Ref<ns::Color> rgb(double r, double g, double b) {
     return ns::Color::colorWithSRGBRed(r, g, b, 1);
 }
 
-class FlippedHost : public ns::View {
-public:
-    using ns::View::View;
-    bool isFlipped() const override { return true; }
-};
-
-// Counts the delegate calls, and whether a layout pass ran before each.
+// Counts the delegate calls.
 class RecordingDelegate : public CVContentViewDelegate {
 public:
     bool wantsLayout = true;
@@ -44,28 +38,21 @@ public:
 
 // --- Drawing ------------------------------------------------------------------------------------
 
-TEST(CVContentViewDrawing, ANewPanelDrawsNothingAndALightPanelFillsItsBounds) {
+TEST(CVContentViewDrawing, OnlyTheColourStylePaintsYetEveryStyleButNoneIsOpaque) {
     auto panel = CVContentView::make({0, 0, 20, 10});
     EXPECT_FALSE(panel->isOpaque());
     EXPECT_EQ(pixelAt(panel->renderedBitmap(), 10, 5), Clear);
-
-    auto light = CVLightContentView::make({0, 0, 20, 10});
-    EXPECT_TRUE(light->isOpaque());
-    EXPECT_EQ(light->fillStyle(), CVFillStyleColor);
-    light->setFillColor(rgb(1, 0, 0));
-    auto bitmap = light->renderedBitmap();
-    EXPECT_EQ(pixelAt(bitmap, 0, 0), Red);
-    EXPECT_EQ(pixelAt(bitmap, 19, 9), Red);
-}
-
-TEST(CVContentViewDrawing, AnUnknownFillStyleIsOpaqueButPaintsNothing) {
-    auto panel = CVContentView::make({0, 0, 20, 10});
     panel->setFillColor(rgb(1, 0, 0));
     panel->setFillStyle(5);
     EXPECT_TRUE(panel->isOpaque());
     EXPECT_EQ(pixelAt(panel->renderedBitmap(), 10, 5), Clear);
-    panel->setFillStyle(CVFillStyleNone);
-    EXPECT_FALSE(panel->isOpaque());
+
+    auto light = CVLightContentView::make({0, 0, 20, 10});
+    EXPECT_TRUE(light->isOpaque());
+    light->setFillColor(rgb(1, 0, 0));
+    auto bitmap = light->renderedBitmap();
+    EXPECT_EQ(pixelAt(bitmap, 0, 0), Red);
+    EXPECT_EQ(pixelAt(bitmap, 19, 9), Red);
 }
 
 TEST(CVContentViewDrawing, TheGradientRunsFromSmallestToLargestY) {

@@ -14,7 +14,6 @@
 #include <fstream>
 #include <map>
 #include <string>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -470,76 +469,9 @@ TEST_F(KernelQueueTest, ClosingTheQueueWakesItsWaiter) {
     m_kq = -1;
 }
 
-// --- many files and lost notifications -----------------------------------------------------------
+// --- lost notifications -----------------------------------------------------------------------
 
-class KernelQueueLoadTest : public KernelQueueTest {
-protected:
-    static constexpr int Files = 1000;
-
-    void SetUp() override {
-        // A watched descriptor and a writing one per file, beside what the test program holds.
-        rlimit limit{};
-        ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
-        limit.rlim_cur = std::max<rlim_t>(limit.rlim_cur, std::min<rlim_t>(limit.rlim_max, 2 * Files + 100));
-        if (::setrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur < 2 * Files + 100) {
-            GTEST_SKIP() << "descriptor limit too low for " << Files << " files";
-        }
-        KernelQueueTest::SetUp();
-        for (int i = 0; i < Files; ++i) {
-            m_writers.push_back(::open(path(std::to_string(i)).c_str(), O_WRONLY | O_CREAT | O_APPEND, 0644));
-            ASSERT_GE(m_writers.back(), 0) << std::strerror(errno);
-            watch(std::to_string(i));
-        }
-    }
-
-    void TearDown() override {
-        for (int fd : m_writers) {
-            ::close(fd);
-        }
-        KernelQueueTest::TearDown();
-    }
-
-    // One byte more for files [from, to), `rounds` times over, file after file so that inotify
-    // cannot merge the notifications.
-    void append(int from, int to, long rounds = 1) {
-        for (long round = 0; round < rounds; ++round) {
-            for (int i = from; i < to; ++i) {
-                ASSERT_EQ(::write(m_writers[i], "y", 1), 1);
-            }
-        }
-    }
-
-    void expectEveryFileGrownOnce() {
-        auto reported = tally();
-        EXPECT_EQ(reported.size(), static_cast<size_t>(Files));
-        for (int fd : m_open) {
-            EXPECT_EQ(reported[fd], std::make_pair(1, Grown)) << "descriptor " << fd;
-        }
-    }
-
-    std::vector<int> m_writers;
-};
-
-TEST_F(KernelQueueLoadTest, EveryFileReportedOncePerGathering) {
-    append(0, Files, 3);
-    expectEveryFileGrownOnce();
-    EXPECT_EQ(overflows(), 0u);
-    append(0, Files);
-    expectEveryFileGrownOnce();
-}
-
-TEST_F(KernelQueueLoadTest, OverflowLosesNoFile) {
-    // The first half fills inotify's queue, so the second half's notifications are all dropped
-    // and only checking each file can find those changes.
-    append(0, Files / 2, maxQueuedEvents() / (Files / 2) + 1);
-    append(Files / 2, Files);
-    expectEveryFileGrownOnce();
-    EXPECT_GE(overflows(), 1u);
-    // Afterwards every registration is up to date: one more change each, one event each.
-    append(0, Files);
-    expectEveryFileGrownOnce();
-}
-
+// Many files past inotify's limit are covered end to end by the path watcher's burst test.
 TEST_F(KernelQueueTest, OverflowStillReportsEachKindOfChange) {
     for (const char* name : {"filler1", "filler2", "grown", "rewritten", "chmodded", "renamed", "unlinked"}) {
         write(name, "abc");
